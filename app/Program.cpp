@@ -1,0 +1,144 @@
+// SPDX-License-Identifier: MIT
+#include "app/Program.h"
+
+#include "app/ExitSignals.h"
+#include "app/MainWindow.h"
+#include "app/PowerWatcher.h"
+#include "app/RaiseService.h"
+#include "app/TerminalView.h"
+#include "board/SerialDevices.h"
+#include "board/VelmorSystem.h"
+#include "feeds/views/FeedListView.h"
+#include "messages/views/LEDWindow.h"
+#include "messages/views/MessageListView.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QGuiApplication>
+
+#include <cstdio>
+
+namespace qovelmor {
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+QString documentFolder()
+{
+    return QDir::homePath() + u"/Documents/QoVelmorRSS"_s;
+}
+
+bool isOptionKeyHeld()
+{
+    return QGuiApplication::queryKeyboardModifiers().testFlag(Qt::AltModifier);
+}
+
+} // namespace
+
+Program::Program(const CommandLine &commandLine)
+    : commandLine_(commandLine)
+    , clock_(&mainThread_)
+    , defaults_(UserDefaults::defaultPath())
+    , sounds_(mainThread_)
+    , http_(clock_, {[this] { return clock_.sleepsEnded(); },
+                     [this] {
+                         if (mainThread_.isCurrent())
+                             mainThread_.pump(std::chrono::milliseconds::zero());
+                     }})
+    , loader_(http_, clock_)
+    , portLossAlarm_(mainThread_)
+    , ledSystem_(new VelmorSystem(clock_))
+    , setup_({defaults_, clock_, sounds_, mainThread_, serialPortNames},
+             std::unique_ptr<BoardLink>(ledSystem_))
+    , rssList_({defaults_, {loader_, clock_}, mainThread_})
+    , screen_(setup_, clock_, mainThread_)
+    , msgList_({clock_, mainThread_, defaults_, sounds_, documentFolder(), u":/Information.txt"_s})
+    , rssTimer_({defaults_, clock_, mainThread_, minuteTimer_, scheduleActions_})
+    , control_({clock_, mainThread_, defaults_,
+                [this](std::chrono::seconds age) { loader_.setReuseAge(age); }, linkOpener_,
+                sounds_},
+               {setup_, rssList_, msgList_, rssTimer_})
+{
+    connectParts();
+    makeWindows();
+}
+
+Program::~Program()
+{
+    // The display thread ends before anything that it uses.
+    clock_.endSleeps();
+    control_.stopDispRSS();
+}
+
+void Program::connectParts()
+{
+    setup_.setMsgList(msgList_);
+    rssList_.setControl(control_);
+    rssList_.setMsgList(msgList_.logBook());
+    ledSystem_->setMessageList(&msgList_.logBook());
+    ledSystem_->setSetup(&setup_);
+    ledSystem_->setPortLoss(&portLossAlarm_);
+    portLossAlarm_.connect(control_);
+    boardProgress_ = std::make_unique<BoardProgressBar>(clock_, [this] {
+        return setup_.hasLedSystem() ? static_cast<ProgressBoard *>(ledSystem_) : nullptr;
+    });
+    msgList_.connect({rssList_, setup_, control_, screen_, boardProgress_.get()});
+    scheduleActions_.connect(control_, rssList_, msgList_);
+}
+
+void Program::makeWindows()
+{
+    ledWindow_ = std::make_unique<LEDWindow>(screen_, defaults_);
+    auto *feedView = new FeedListView(rssList_);
+    auto *messageView = new MessageListView(msgList_);
+    mainWindow_ = std::make_unique<MainWindow>(
+        MainWindow::Controllers{control_, msgList_, defaults_}, feedView, messageView, *ledWindow_);
+    control_.setWindow(*mainWindow_);
+    QObject::connect(feedView, &FeedListView::statusChanged, mainWindow_.get(),
+                     &MainWindow::showNotice);
+    QObject::connect(ledWindow_.get(), &LEDWindow::boardDoubleClicked, mainWindow_.get(),
+                     [this] { msgList_.actDoubleClickRSSView(); });
+    if (commandLine_.terminal)
+        terminalView_ = std::make_unique<TerminalView>(screen_, msgList_);
+}
+
+int Program::run()
+{
+    const ExitSignals exitSignals([this] { control_.actQuit(); });
+    const PowerWatcher powerWatcher([this] { control_.willSleepHandle(); },
+                                    [this] { control_.didWakeHandle(); });
+    const RaiseService raiseService(QFileInfo(defaults_.path()).path(),
+                                    [this] { control_.secondLaunch(); });
+    mainThread_.post([this] { launch(); });
+    QCoreApplication::exec();
+    control_.applicationWillTerminate();
+    return exitStatus_;
+}
+
+void Program::launch()
+{
+    control_.applicationDidFinishLaunching(isOptionKeyHeld());
+    if (!defaults_.openReport().message.isEmpty())
+        mainWindow_->showNotice(defaults_.openReport().message);
+    if (commandLine_.once)
+        startOnce();
+}
+
+// One pass over the list, for scripts: what the start has not begun by itself is begun here.
+void Program::startOnce()
+{
+    control_.showOnePassOnly();
+    control_.setPassListener([this] { control_.actQuit(); });
+    if (!control_.isDisplayActive()) {
+        control_.startReadRSS();
+        control_.tabSetAndStartDispRSS();
+    }
+    if (msgList_.messageCount() == 0 && !clock_.sleepsEnded()) {
+        std::fputs("qovelmorrss: no headline could be read.\n", stderr);
+        exitStatus_ = 1;
+        control_.actQuit();
+    }
+}
+
+} // namespace qovelmor

@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: MIT
+#include "app/StartupWindow.h"
+
+#include "platform/Localization.h"
+
+#include <QLabel>
+#include <QProgressBar>
+#include <QScreen>
+#include <QVBoxLayout>
+
+namespace qovelmor {
+
+using namespace Qt::Literals::StringLiterals;
+
+StartupWindow::StartupWindow() : QWidget(nullptr, Qt::SplashScreen)
+{
+    setObjectName(u"startupWindow"_s);
+    auto *text = new QLabel(localized(u"StartingUp"_s));
+    text->setAlignment(Qt::AlignCenter);
+    auto *progress = new QProgressBar;
+    progress->setObjectName(u"progressIndi"_s);
+    progress->setAccessibleName(localized(u"StartingUp"_s));
+    progress->setRange(0, 0); // how long it takes depends on the network
+    progress->setTextVisible(false);
+
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(32, 24, 32, 24);
+    layout->addWidget(text);
+    layout->addWidget(progress);
+    setFixedSize(320, 110);
+    move(screen()->availableGeometry().center() - rect().center());
+}
+
+} // namespace qovelmor

@@ -1,0 +1,428 @@
+// SPDX-License-Identifier: MIT
+#include "app/VelmorRSS.h"
+
+#include "app/AppWindow.h"
+#include "board/BoardLink.h"
+#include "feeds/RSSList.h"
+#include "messages/MessageList.h"
+#include "platform/Clock.h"
+#include "platform/LinkOpener.h"
+#include "platform/Localization.h"
+#include "platform/MainThread.h"
+#include "platform/Sounds.h"
+#include "platform/UserDefaults.h"
+#include "schedule/RSSTimer.h"
+#include "settings/Setup.h"
+
+namespace qovelmor {
+
+using namespace Qt::Literals::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+const QString ledButtonStateKey = u"LEDButtonState"_s;
+
+// A cycle that took nothing is followed by the next one at once; for this long it answers from what
+// the servers said last instead of asking them again every second.
+constexpr auto emptyCycleReuse = 30s;
+
+} // namespace
+
+/// Marks the main thread as reading or waiting. What arrives meanwhile is done when the outermost
+/// scope has ended, from the event loop.
+class VelmorRSS::BusyScope
+{
+public:
+    explicit BusyScope(VelmorRSS &owner)
+        : owner_(owner), isMain_(owner.services_.mainThread.isCurrent())
+    {
+        if (isMain_)
+            ++owner_.busyDepth_;
+    }
+    ~BusyScope()
+    {
+        if (isMain_ && --owner_.busyDepth_ == 0)
+            owner_.services_.mainThread.post([&owner = owner_] { owner.doWhatWasNoted(); });
+    }
+    BusyScope(const BusyScope &) = delete;
+    BusyScope &operator=(const BusyScope &) = delete;
+
+private:
+    VelmorRSS &owner_;
+    bool isMain_;
+};
+
+VelmorRSS::VelmorRSS(Services services, Controllers controllers)
+    : services_(services)
+    , controllers_(controllers)
+    , controlsNotice_(services.mainThread)
+    , passNotice_(services.mainThread)
+    , cycle_(services.clock, *this)
+{
+    controlsNotice_.listen([this] {
+        if (window_ != nullptr)
+            window_->updateControls();
+    });
+    passNotice_.listen([this] {
+        if (passListener_)
+            passListener_();
+    });
+}
+
+VelmorRSS::~VelmorRSS() = default;
+
+// Life of the program. ----------------------------------------------------------------------------
+
+void VelmorRSS::applicationDidFinishLaunching(bool optionKeyHeld)
+{
+    window_->showStartupWindow();
+    // The settings come first because the others read them.
+    controllers_.setup.awakeFromNibx();
+    awakeFromNibx();
+    controllers_.rssList.awakeFromNibx();
+    controllers_.msgList.awakeFromNibx();
+    controllers_.rssTimer.awakeFromNibx();
+    window_->closeStartupWindow();
+    window_->showMainWindow();
+
+    controllers_.msgList.writeStringLog(u"QoVelmarRSS開始"_s);
+    window_->selectTab(tab::list);
+    window_->createMenus();
+    controllers_.setup.setUseNarrowFont(controllers_.setup.useNarrowFont());
+    if (services_.defaults.integerForKey(ledButtonStateKey) == 1)
+        actDrawerButton();
+    chooseOutput();
+    renewControls();
+    if (controllers_.setup.dispAuto() && !optionKeyHeld) {
+        startReadRSS();
+        tabSetAndStartDispRSS();
+    }
+}
+
+void VelmorRSS::awakeFromNibx()
+{
+    window_->setDrawerButton(false);
+    window_->setDescriptionButton(false);
+    renewControls();
+}
+
+void VelmorRSS::chooseOutput()
+{
+    outputLED_ = false;
+    if (controllers_.setup.hasLedSystem()) {
+        if (!window_->isLEDWindowVisible()) {
+            outputLED_ = true;
+            controllers_.msgList.createProgressBar();
+        }
+    } else if (controllers_.setup.virtualLED()) {
+        if (!window_->isLEDWindowVisible())
+            openLEDWindow();
+    } else {
+        window_->closeLEDWindow();
+    }
+}
+
+void VelmorRSS::applicationWillTerminate()
+{
+    stopDispRSS();
+    controllers_.msgList.applicationWillTerminate();
+    controllers_.setup.applicationWillTerminate();
+}
+
+bool VelmorRSS::applicationShouldHandleReopen()
+{
+    if (isBusy())
+        return true;
+    if (window_->isMainWindowVisible())
+        window_->hideMainWindow();
+    else
+        window_->showMainWindow();
+    return true;
+}
+
+void VelmorRSS::secondLaunch()
+{
+    if (isBusy())
+        secondLaunchNoted_ = true;
+    else
+        window_->showMainWindow();
+}
+
+void VelmorRSS::willSleepHandle()
+{
+    if (isBusy()) {
+        sleepNoted_ = true;
+        return;
+    }
+    displayedBefore_ = isDisplayActive();
+    if (displayedBefore_)
+        stopDispRSS();
+    controllers_.setup.ledSystem().clear();
+}
+
+void VelmorRSS::didWakeHandle()
+{
+    if (isBusy()) {
+        wakeNoted_ = true;
+        return;
+    }
+    if (std::exchange(displayedBefore_, false))
+        startDispRSS();
+}
+
+void VelmorRSS::doWhatWasNoted()
+{
+    if (isBusy())
+        return;
+    if (std::exchange(quitNoted_, false)) {
+        actQuit();
+        return;
+    }
+    if (std::exchange(secondLaunchNoted_, false))
+        window_->showMainWindow();
+    if (std::exchange(sleepNoted_, false))
+        willSleepHandle();
+    if (std::exchange(wakeNoted_, false))
+        didWakeHandle();
+}
+
+// State.
+// ---------------------------------------------------------------------------------------------
+
+bool VelmorRSS::isDisplaying() const
+{
+    return isOutputLED() ? controllers_.setup.ledSystem().isRunning() : isRunning();
+}
+
+bool VelmorRSS::isLEDWindowVisible() const
+{
+    return window_->isLEDWindowVisible();
+}
+
+bool VelmorRSS::canStartDisp() const
+{
+    return !isDisplayActive() && messageCount() > 0;
+}
+
+// The cycles.
+// ----------------------------------------------------------------------------------------
+
+void VelmorRSS::startReadRSS()
+{
+    const BusyScope busy(*this);
+    cycle_.startReadRSS();
+}
+
+void VelmorRSS::stopReadRSS()
+{
+    const BusyScope busy(*this);
+    cycle_.stopReadRSS();
+}
+
+void VelmorRSS::startDispRSS()
+{
+    if (services_.clock.sleepsEnded())
+        return; // the program is on its way out
+    cycle_.startDispRSS();
+}
+
+void VelmorRSS::stopDispRSS()
+{
+    const BusyScope busy(*this);
+    cycle_.stopDispRSS();
+}
+
+void VelmorRSS::tabSetAndStartDispRSS()
+{
+    window_->selectTab(tab::message);
+    startDispRSS();
+}
+
+void VelmorRSS::readPages(ReadReason reason)
+{
+    if (isOnePassOnly_ && reason == ReadReason::EndOfList && completedPasses_ > 0) {
+        while (services_.clock.sleepFor(100ms)) {
+        }
+        return;
+    }
+    const bool reuse = reason == ReadReason::EndOfList && controllers_.msgList.takenCount() == 0;
+    services_.setReuseAge(reuse ? emptyCycleReuse : 0s);
+    controllers_.msgList.readRSSPages();
+    controllers_.rssList.renewTableView();
+    controllers_.msgList.renewTableView();
+}
+
+void VelmorRSS::readFinished()
+{
+    const Setup &setup = controllers_.setup;
+    if (setup.playFinishSound())
+        services_.sounds.play(setup.finishSoundName(), setup.playSoundVolume());
+}
+
+int VelmorRSS::messageCount() const
+{
+    return controllers_.msgList.messageCount();
+}
+
+void VelmorRSS::displayStarts()
+{
+    controllers_.msgList.writeDispStartLog();
+}
+
+void VelmorRSS::showMessage(int index)
+{
+    controllers_.msgList.dispRSSDataWithIndex(index);
+    if (isRunning() && index + 1 == messageCount()) {
+        ++completedPasses_;
+        passNotice_.changed();
+    }
+}
+
+void VelmorRSS::displayStopped()
+{
+    controllers_.msgList.eraseDispNumber();
+}
+
+// Commands.
+// ------------------------------------------------------------------------------------------
+
+void VelmorRSS::actGetRSS()
+{
+    if (isBusy())
+        return;
+    const BusyScope busy(*this);
+    controllers_.rssList.delTempReader();
+    const bool displayed = isDisplayActive();
+    if (displayed)
+        stopDispRSS();
+    window_->clearMessageSelection();
+    startReadRSS();
+    window_->scrollMessagesToTop();
+    window_->selectTab(tab::message);
+    if (displayed)
+        startDispRSS();
+}
+
+void VelmorRSS::actStartDisp()
+{
+    if (isBusy())
+        return;
+    controllers_.rssList.delTempReader();
+    tabSetAndStartDispRSS();
+}
+
+void VelmorRSS::actStopDisp()
+{
+    if (isBusy())
+        return;
+    controllers_.rssList.delTempReader();
+    stopDispRSS();
+}
+
+void VelmorRSS::actQuit()
+{
+    services_.clock.endSleeps();
+    if (isBusy()) {
+        quitNoted_ = true;
+        return;
+    }
+    if (std::exchange(terminating_, true))
+        return;
+    stopDispRSS();
+    controllers_.setup.ledSystem().clear();
+    window_->terminate();
+}
+
+void VelmorRSS::actDrawerButton()
+{
+    if (isBusy())
+        return;
+    const bool displayed = isDisplayActive();
+    if (displayed)
+        stopDispRSS();
+    if (window_->isLEDWindowVisible())
+        closeLEDWindow();
+    else
+        openLEDWindow();
+    if (displayed)
+        startDispRSS();
+    storeDrawerButton();
+}
+
+void VelmorRSS::openLEDWindow()
+{
+    if (controllers_.setup.hasLedSystem())
+        outputLED_ = false;
+    if (window_->descriptionButton()) {
+        window_->setDescriptionDrawerOpen(false);
+        window_->setLedDrawerOpen(true);
+    } else {
+        window_->setLedDrawerOpen(false);
+    }
+    window_->showLEDWindow();
+    window_->setDrawerButton(true);
+}
+
+void VelmorRSS::closeLEDWindow()
+{
+    if (controllers_.setup.hasLedSystem()) {
+        outputLED_ = true;
+        controllers_.msgList.createProgressBar();
+    }
+    window_->closeLEDWindow();
+    window_->setDrawerButton(false);
+    if (window_->descriptionButton())
+        window_->setDescriptionDrawerOpen(true);
+}
+
+void VelmorRSS::storeDrawerButton()
+{
+    services_.defaults.setInteger(window_->isLEDWindowVisible() ? 1 : 0, ledButtonStateKey);
+    services_.defaults.synchronize();
+}
+
+void VelmorRSS::actOpenMainWindow()
+{
+    window_->showMainWindow();
+}
+
+// The drawer that stands beside what the user looks at: the LED window's while that is open.
+void VelmorRSS::actDescriptionDrawer()
+{
+    if (isBusy())
+        return;
+    const bool ofLED = window_->isLEDWindowVisible();
+    const bool open = ofLED ? !window_->isLedDrawerOpen() : !window_->isDescriptionDrawerOpen();
+    if (ofLED)
+        window_->setLedDrawerOpen(open);
+    else
+        window_->setDescriptionDrawerOpen(open);
+    window_->setDescriptionButton(open);
+    controllers_.msgList.viewSettings().setDescButtonState(open ? 1 : 0);
+}
+
+void VelmorRSS::tabViewDidSelectTabViewItem(const QString &identifier)
+{
+    const bool messages = identifier == tab::message;
+    window_->setDescriptionDrawerOpen(messages && window_->descriptionButton());
+    window_->setDescriptionButtonEnabled(messages);
+}
+
+bool VelmorRSS::siteAccessWithAddress(const QString &address)
+{
+    return services_.linkOpener.open(address, controllers_.setup.desigBrowser());
+}
+
+void VelmorRSS::siteAccessErrorAlert()
+{
+    window_->showAlert(localized(u"OpenURLError"_s), localized(u"OpenURLErrInfo"_s),
+                       localized(u"Understand"_s));
+}
+
+void VelmorRSS::portLostAlert(const QString &title, const QString &text, const QString &button)
+{
+    window_->showAlert(title, text, button, [this] { actQuit(); });
+}
+
+} // namespace qovelmor

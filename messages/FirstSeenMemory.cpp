@@ -1,0 +1,123 @@
+// SPDX-License-Identifier: MIT
+#include "messages/FirstSeenMemory.h"
+
+#include "messages/CalendarText.h"
+#include "platform/UserDefaults.h"
+
+#include <algorithm>
+
+namespace qovelmor {
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+const auto storeKey = u"NoDateMessages"_s;
+const auto headlineKey = u"PastMessage"_s;
+const auto dateKey = u"PastDate"_s;
+
+} // namespace
+
+FirstSeenMemory::FirstSeenMemory(Clock &clock, UserDefaults &defaults)
+    : clock_(clock), defaults_(defaults)
+{
+    resetIndex();
+}
+
+void FirstSeenMemory::load()
+{
+    const auto stored = defaults_.arrayForKey(storeKey);
+    if (!stored)
+        return;
+    const auto now = clock_.calendarNow();
+    const std::lock_guard lock(mutex_);
+    entries_.clear();
+    resetIndex();
+    for (const PropertyValue &value : *stored) {
+        if (const auto *dictionary = value.get<PropertyDictionary>()) {
+            append(dictionary->string(headlineKey).value_or(QString()),
+                   dictionary->string(dateKey).value_or(QString()), now);
+        }
+    }
+    hasChanged_ = false;
+}
+
+QString FirstSeenMemory::dateStringWithMessage(const QString &headline)
+{
+    const auto now = clock_.calendarNow();
+    const std::lock_guard lock(mutex_);
+    const auto known = firstPlaces_.constFind(headline);
+    const bool isKnown = known != firstPlaces_.cend();
+    const QString date = isKnown ? entries_[*known].date : dateText(now);
+    if (isForgettingDue(now))
+        forgetTooOld(now);
+    if (!isKnown)
+        append(headline, date, now);
+    return date;
+}
+
+bool FirstSeenMemory::storeChanges()
+{
+    PropertyArray stored;
+    {
+        const std::lock_guard lock(mutex_);
+        if (!hasChanged_)
+            return false;
+        stored.reserve(entries_.size());
+        for (const Entry &entry : entries_)
+            stored.emplace_back(
+                PropertyDictionary{{headlineKey, entry.headline}, {dateKey, entry.date}});
+        hasChanged_ = false;
+    }
+    defaults_.setArray(std::move(stored), storeKey);
+    return true;
+}
+
+std::vector<FirstSeenMemory::Entry> FirstSeenMemory::entries() const
+{
+    const std::lock_guard lock(mutex_);
+    return entries_;
+}
+
+void FirstSeenMemory::append(const QString &headline, const QString &date, Clock::CalendarTime now)
+{
+    entries_.push_back({headline, date});
+    addToIndex(entries_.size() - 1, now);
+    hasChanged_ = true;
+}
+
+// A clock that was set back counts too: a first-seen time that lies ahead is taken for last year's.
+bool FirstSeenMemory::isForgettingDue(Clock::CalendarTime now) const
+{
+    return now > firstTooOld_ || now < latestMoment_;
+}
+
+void FirstSeenMemory::forgetTooOld(Clock::CalendarTime now)
+{
+    const auto isTooOld = [now](const Entry &entry) { return isTooOldDate(entry.date, now); };
+    if (std::erase_if(entries_, isTooOld) > 0)
+        hasChanged_ = true;
+    resetIndex();
+    for (std::size_t place = 0; place < entries_.size(); ++place)
+        addToIndex(place, now);
+}
+
+void FirstSeenMemory::resetIndex()
+{
+    firstPlaces_.clear();
+    latestMoment_ = Clock::CalendarTime::min();
+    firstTooOld_ = Clock::CalendarTime::max();
+}
+
+void FirstSeenMemory::addToIndex(std::size_t place, Clock::CalendarTime now)
+{
+    const Entry &entry = entries_[place];
+    if (!firstPlaces_.contains(entry.headline))
+        firstPlaces_.insert(entry.headline, place);
+    if (const auto moment = dateWithString(entry.date, now)) {
+        latestMoment_ = std::max(latestMoment_, *moment);
+        firstTooOld_ = std::min(firstTooOld_, *moment + tooOldAge);
+    }
+}
+
+} // namespace qovelmor

@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: MIT
+#include "platform/Localization.h"
+
+#include <QFile>
+#include <QHash>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+// Outside the namespace: a static library's resources are registered by hand.
+static void registerResources()
+{
+    Q_INIT_RESOURCE(qovelmor);
+}
+
+namespace qovelmor {
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+QHash<QString, QString> readTable()
+{
+    registerResources();
+    QFile file(u":/localization/ja.json"_s);
+    QHash<QString, QString> texts;
+    if (!file.open(QIODevice::ReadOnly))
+        return texts;
+    const QJsonObject table = QJsonDocument::fromJson(file.readAll()).object();
+    for (auto entry = table.begin(); entry != table.end(); ++entry)
+        texts.insert(entry.key(), entry.value().toString());
+    return texts;
+}
+
+} // namespace
+
+QString localized(const QString &key)
+{
+    static const QHash<QString, QString> table = readTable();
+    return table.value(key, key);
+}
+
+} // namespace qovelmor

@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QString>
+
+namespace qovelmor {
+
+/// The text with a blank for each control character (line ends and tabs too): one line stays one
+/// line.
+QString withoutControls(const QString &text);
+
+/// withoutControls, and without the invisible marks that turn the direction of writing: a headline
+/// cannot rearrange the text around it in a window.
+QString forWindow(const QString &text);
+
+} // namespace qovelmor

@@ -1,0 +1,278 @@
+// SPDX-License-Identifier: MIT
+#include "platform/PropertyListFile.h"
+
+#include "platform/PropertyListGuard.h"
+#include "platform/WholeFile.h"
+
+#include <locale.h>
+#include <plist/plist.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cmath>
+#include <cstdlib>
+#include <memory>
+
+namespace qovelmor {
+
+namespace {
+
+// The library reads and writes reals as the locale of the thread does.
+class NumbersWithPoint
+{
+public:
+    NumbersWithPoint() : before_(::uselocale(plainLocale())) {}
+    ~NumbersWithPoint() { ::uselocale(before_); }
+    NumbersWithPoint(const NumbersWithPoint &) = delete;
+    NumbersWithPoint &operator=(const NumbersWithPoint &) = delete;
+
+private:
+    static locale_t plainLocale()
+    {
+        static const locale_t locale = ::newlocale(LC_ALL_MASK, "C", nullptr);
+        return locale;
+    }
+
+    locale_t before_;
+};
+
+struct FreeList
+{
+    void operator()(void *node) const { plist_free(node); }
+};
+struct FreeMemory
+{
+    void operator()(char *bytes) const { std::free(bytes); }
+};
+using ListNode = std::unique_ptr<void, FreeList>;
+using ListMemory = std::unique_ptr<char, FreeMemory>;
+
+// Dates of the format count from the first moment of 2001, in UTC.
+constexpr qint64 dateEpoch = 978307200;
+
+// --- from the library's nodes ---
+
+PropertyValue valueOf(plist_t node);
+
+PropertyValue integerOf(plist_t node)
+{
+    uint64_t number = 0;
+    plist_get_uint_val(node, &number);
+    return static_cast<qint64>(number);
+}
+
+PropertyValue dateOf(plist_t node)
+{
+    int32_t seconds = 0;
+    int32_t microseconds = 0;
+    plist_get_date_val(node, &seconds, &microseconds);
+    return QDateTime::fromSecsSinceEpoch(dateEpoch + seconds, Qt::UTC);
+}
+
+PropertyValue stringOf(plist_t node)
+{
+    uint64_t size = 0;
+    const char *bytes = plist_get_string_ptr(node, &size);
+    return QString::fromUtf8(bytes, static_cast<qsizetype>(size));
+}
+
+PropertyValue dataOf(plist_t node)
+{
+    uint64_t size = 0;
+    const char *bytes = plist_get_data_ptr(node, &size);
+    return QByteArray(bytes, static_cast<qsizetype>(size));
+}
+
+PropertyValue arrayOf(plist_t node)
+{
+    PropertyArray items;
+    items.reserve(plist_array_get_size(node));
+    plist_array_iter state = nullptr;
+    plist_array_new_iter(node, &state);
+    const std::unique_ptr<void, decltype(&std::free)> owner(state, &std::free);
+    for (;;) {
+        plist_t item = nullptr;
+        plist_array_next_item(node, state, &item);
+        if (item == nullptr)
+            return items;
+        items.push_back(valueOf(item));
+    }
+}
+
+PropertyValue dictionaryOf(plist_t node)
+{
+    std::vector<PropertyEntry> entries;
+    entries.reserve(plist_dict_get_size(node));
+    plist_dict_iter state = nullptr;
+    plist_dict_new_iter(node, &state);
+    const std::unique_ptr<void, decltype(&std::free)> owner(state, &std::free);
+    for (;;) {
+        char *key = nullptr;
+        plist_t item = nullptr;
+        plist_dict_next_item(node, state, &key, &item);
+        const ListMemory keyOwner(key);
+        if (item == nullptr)
+            return PropertyDictionary::fromUniqueEntries(std::move(entries));
+        entries.push_back({QString::fromUtf8(key), valueOf(item)});
+    }
+}
+
+PropertyValue valueOf(plist_t node)
+{
+    switch (plist_get_node_type(node)) {
+    case PLIST_BOOLEAN: {
+        uint8_t flag = 0;
+        plist_get_bool_val(node, &flag);
+        return flag != 0;
+    }
+    case PLIST_UINT:
+        return integerOf(node);
+    case PLIST_REAL: {
+        double number = 0.0;
+        plist_get_real_val(node, &number);
+        return number;
+    }
+    case PLIST_DATA:
+        return dataOf(node);
+    case PLIST_DATE:
+        return dateOf(node);
+    case PLIST_ARRAY:
+        return arrayOf(node);
+    case PLIST_DICT:
+        return dictionaryOf(node);
+    default:
+        return stringOf(node);
+    }
+}
+
+// --- to the library's nodes ---
+
+// What the production "Char" of XML 1.0 leaves out; surrogates are toUtf8()'s business.
+bool isForbiddenInXml(QChar c)
+{
+    const char16_t unit = c.unicode();
+    return (unit < 0x20 && unit != u'\t' && unit != u'\n' && unit != u'\r') || unit >= 0xFFFE;
+}
+
+QByteArray xmlText(const QString &text)
+{
+    if (std::none_of(text.begin(), text.end(), isForbiddenInXml))
+        return text.toUtf8();
+    QString allowed = text;
+    std::replace_if(allowed.begin(), allowed.end(), isForbiddenInXml,
+                    QChar(QChar::ReplacementCharacter));
+    return allowed.toUtf8();
+}
+
+ListNode dateNode(const QDateTime &date)
+{
+    constexpr qint64 limit = 2'145'000'000; // about 68 years to both sides, inside 32 bits
+    const qint64 seconds = date.isValid() ? date.toSecsSinceEpoch() - dateEpoch : 0;
+    return ListNode(
+        plist_new_date(static_cast<int32_t>(std::clamp<qint64>(seconds, -limit, limit)), 0));
+}
+
+// Makes the node of a value; null below the greatest depth.
+struct NodeMaker
+{
+    int depthLeft;
+
+    ListNode operator()(bool flag) const { return ListNode(plist_new_bool(flag ? 1 : 0)); }
+    ListNode operator()(qint64 number) const
+    {
+        return ListNode(plist_new_uint(static_cast<uint64_t>(number)));
+    }
+    ListNode operator()(double number) const
+    {
+        return ListNode(plist_new_real(std::isfinite(number) ? number : 0.0));
+    }
+    ListNode operator()(const QString &text) const
+    {
+        return ListNode(plist_new_string(xmlText(text).constData()));
+    }
+    ListNode operator()(const QByteArray &bytes) const
+    {
+        return ListNode(plist_new_data(bytes.constData(), static_cast<uint64_t>(bytes.size())));
+    }
+    ListNode operator()(const QDateTime &date) const { return dateNode(date); }
+    ListNode operator()(const PropertyArray &items) const
+    {
+        ListNode array(plist_new_array());
+        for (const PropertyValue &item : items) {
+            ListNode node = below(item);
+            if (!node)
+                return nullptr;
+            plist_array_append_item(array.get(), node.release());
+        }
+        return array;
+    }
+    ListNode operator()(const PropertyDictionary &dictionary) const
+    {
+        ListNode dict(plist_new_dict());
+        for (const PropertyEntry &entry : dictionary.entries()) {
+            ListNode node = below(entry.value);
+            if (!node)
+                return nullptr;
+            plist_dict_set_item(dict.get(), xmlText(entry.key).constData(), node.release());
+        }
+        return dict;
+    }
+
+    ListNode below(const PropertyValue &value) const
+    {
+        return depthLeft > 0 ? std::visit(NodeMaker{depthLeft - 1}, value.variant()) : nullptr;
+    }
+};
+
+} // namespace
+
+std::optional<PropertyValue> parsePropertyList(const QByteArray &document,
+                                               const PropertyListLimits &limits)
+{
+    constexpr QByteArrayView byteOrderMark("\xEF\xBB\xBF");
+    const QByteArray bytes =
+        document.startsWith(byteOrderMark) ? document.sliced(byteOrderMark.size()) : document;
+    if (!isSafePropertyList(bytes, limits))
+        return std::nullopt;
+    const NumbersWithPoint numbers;
+    plist_t node = nullptr;
+    plist_from_xml(bytes.constData(), static_cast<uint32_t>(bytes.size()), &node);
+    const ListNode owner(node);
+    if (!owner)
+        return std::nullopt;
+    return valueOf(owner.get());
+}
+
+std::optional<QByteArray> writePropertyList(const PropertyValue &root)
+{
+    const NumbersWithPoint numbers;
+    // The element "plist" around the root is a level too.
+    const ListNode node = NodeMaker{PropertyListLimits{}.depth - 1}.below(root);
+    if (!node)
+        return std::nullopt;
+    char *bytes = nullptr;
+    uint32_t size = 0;
+    plist_to_xml(node.get(), &bytes, &size);
+    const ListMemory owner(bytes);
+    if (bytes == nullptr)
+        return std::nullopt;
+    const QByteArray document(bytes, static_cast<qsizetype>(size));
+    // What a reader would refuse must not take a good file's place.
+    return isSafePropertyList(document, {}) ? std::optional(document) : std::nullopt;
+}
+
+PropertyListContent readPropertyListFile(const QString &path, const PropertyListLimits &limits)
+{
+    const FileContent content = readWholeFile(path, limits.bytes);
+    if (content.error != 0)
+        return {std::nullopt, content.error};
+    return {parsePropertyList(content.bytes, limits), 0};
+}
+
+int writePropertyListFile(const QString &path, const PropertyValue &root)
+{
+    const auto bytes = writePropertyList(root);
+    return bytes ? writeWholeFile(path, *bytes) : EFBIG;
+}
+
+} // namespace qovelmor

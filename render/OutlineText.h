@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "render/FontSettings.h"
+#include "render/VelmorBitmap.h"
+
+#include <QImage>
+#include <QString>
+
+#include <memory>
+
+namespace qovelmor {
+
+/// A vertical stretch of an image, counted upward from its lower edge.
+struct HeightRange
+{
+    int location = 0;
+    int length = 0;
+    friend bool operator==(const HeightRange &, const HeightRange &) = default;
+};
+
+/// The band of inked rows: a pixel is ink when the bitwise OR of its four bytes is greater than
+/// `boarder`. The lowest inked row is left out, so a single inked row has length 0. Without ink the
+/// band lies above the image and has length 1. `image` is 32 bits deep.
+HeightRange inkedHeightRange(const QImage &image, int boarder);
+
+/// Draws a line with an outline font and brings its inked band to 16 rows, the width in proportion.
+///
+/// What would come to lie behind 10,000 columns is neither drawn nor stored ("Width of bitimage is
+/// over limit." in the log). Callable from any thread; needs a QGuiApplication.
+std::shared_ptr<const VelmorBitmap> renderOutlineText(const QString &text,
+                                                      const FontSettings &settings);
+
+} // namespace qovelmor

@@ -1,0 +1,197 @@
+// SPDX-License-Identifier: MIT
+#include "RunningProgram.h"
+#include "tests/support/HttpServer.h"
+#include "tools/qovelmorboard/SimulatedBoard.h"
+
+#include <QTest>
+
+using namespace qovelmor;
+using namespace qovelmor::simboard;
+using namespace Qt::Literals::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto endsInOrder = 4s;    // after SIGTERM, with whatever board
+constexpr int happensSoon = 20'000; // ms, on a busy machine
+
+// Longer than the board's buffer: what stops a board also stops the line in its middle.
+QByteArray longLines()
+{
+    QString items;
+    for (const QChar number : u"一二三"_s) {
+        items += u"<item><title>第%1の長い見出しが電光掲示板の上を流れます</title>"
+                 "<link>http://town/</link><description>町</description>"
+                 "<pubDate>Sat, 21 Nov 2026 09:30:00 +0900</pubDate></item>"_s.arg(number);
+    }
+    return (u"<?xml version='1.0' encoding='UTF-8'?><rss version='2.0'><channel>"
+            "<title>町</title>"_s +
+            items + u"</channel></rss>"_s)
+        .toUtf8();
+}
+
+std::unique_ptr<SimulatedBoard> makeBoard(const QByteArray &faults)
+{
+    SimulatedBoardOptions options;
+    options.throttled = false;
+    options.firmware.speedFactor = 1000.0;
+    if (auto orders = Misbehaviour::parse(faults.toStdString()); orders && !faults.isEmpty())
+        options.faults = *orders;
+    std::string error;
+    auto board = SimulatedBoard::create(options, error);
+    if (!board)
+        qWarning("%s", error.c_str());
+    return board;
+}
+
+qsizetype linesShown(const RunningProgram &program)
+{
+    return program.logBook().count(u" RSS表示:"_s);
+}
+
+} // namespace
+
+class BoardFaultsTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void faultAtLaunch_data();
+    void faultAtLaunch();
+    void faultDuringALine_data();
+    void faultDuringALine();
+    void hangUpForGood_isSaidAndTheSignalStillEndsTheProgram();
+
+private:
+    void prepare(RunningProgram &program, const SimulatedBoard &board) const;
+    void endInOrder(RunningProgram &program) const;
+
+    HttpServer server_;
+};
+
+void BoardFaultsTest::initTestCase()
+{
+    server_.route("/town", HttpServer::document(longLines()));
+}
+
+void BoardFaultsTest::prepare(RunningProgram &program, const SimulatedBoard &board) const
+{
+    program.addFeed(server_.address("/town"), u"町"_s, 2);
+    program.set(u"DisplayAuto"_s, true);
+    program.set(u"DispProgress"_s, false);
+    program.setBoard(board.path());
+}
+
+void BoardFaultsTest::endInOrder(RunningProgram &program) const
+{
+    QVERIFY2(program.isRunning(), qPrintable(program.logBook()));
+    QCOMPARE(program.terminate(endsInOrder), 0);
+    QVERIFY2(program.logBook().endsWith(u" システム:QoVelmarRSS終了\n"_s),
+             qPrintable(program.logBook()));
+    QVERIFY(program.isStoreWhole());
+}
+
+// At launch: a board that does not answer the first question is none, and the lines go to the
+// screen; every other one is used as well as it can be.
+void BoardFaultsTest::faultAtLaunch_data()
+{
+    QTest::addColumn<QByteArray>("faults");
+    QTest::addColumn<bool>("isABoard");
+    QTest::addColumn<int>("lines"); // that are begun with the fault in force
+    QTest::newRow("mute") << QByteArray("mute") << false << 2;
+    QTest::newRow("deaf") << QByteArray("deaf=0") << false << 1;
+    QTest::newRow("answers too late") << QByteArray("late=3000") << false << 2;
+    QTest::newRow("leaves Ok. out") << QByteArray("no-ok") << true << 1;
+    QTest::newRow("byte by byte") << QByteArray("bytewise=2") << true << 2;
+    QTest::newRow("noise") << QByteArray("noise=5") << true << 1;
+    QTest::newRow("answers twice") << QByteArray("twice") << true << 2;
+    QTest::newRow("refuses columns") << QByteArray("refuse") << true << 1;
+}
+
+void BoardFaultsTest::faultAtLaunch()
+{
+    QFETCH(QByteArray, faults);
+    QFETCH(bool, isABoard);
+    QFETCH(int, lines);
+    const auto board = makeBoard(faults);
+    QVERIFY(board);
+    RunningProgram program;
+    prepare(program, *board);
+    QVERIFY(program.start());
+    QTRY_VERIFY2_WITH_TIMEOUT(linesShown(program) >= lines, qPrintable(program.logBook()),
+                              happensSoon);
+    QCOMPARE(!program.logBook().contains(u"LED電光掲示板がないのでモニター画面に出力"_s), isABoard);
+    endInOrder(program);
+}
+
+// In the middle of a line: the program asks on, goes on with the next lines once the board has
+// recovered, and ends in order while the fault is in force.
+void BoardFaultsTest::faultDuringALine_data()
+{
+    QTest::addColumn<QByteArray>("faults");
+    QTest::addColumn<QString>("sign"); // in the log book; empty: more commands have come
+    const QString stalled = u"ループ強制ブレイク対応:VelmorSystem:showThread 1"_s;
+    QTest::newRow("mute") << QByteArray("mute") << stalled;
+    QTest::newRow("leaves Ok. out") << QByteArray("no-ok") << QString();
+    QTest::newRow("answers late") << QByteArray("late=300") << QString();
+    QTest::newRow("byte by byte") << QByteArray("bytewise=2") << QString();
+    QTest::newRow("noise") << QByteArray("noise=10") << QString();
+    QTest::newRow("refuses columns") << QByteArray("refuse") << QString();
+    QTest::newRow("scroll is stuck") << QByteArray("stuck") << stalled;
+    QTest::newRow("scroll never ends") << QByteArray("endless") << QString();
+    QTest::newRow("deaf for a while") << QByteArray("deaf=1500") << QString();
+    QTest::newRow("loses its power") << QByteArray("restart*1") << QString();
+    QTest::newRow("answers twice") << QByteArray("twice") << QString();
+    QTest::newRow("answers something else") << QByteArray("wrong") << QString();
+}
+
+void BoardFaultsTest::faultDuringALine()
+{
+    QFETCH(QByteArray, faults);
+    QFETCH(QString, sign);
+    const auto board = makeBoard({});
+    QVERIFY(board);
+    RunningProgram program;
+    prepare(program, *board);
+    QVERIFY(program.start());
+    const auto isScrolling = [](const BoardView &view) {
+        return view.mode == DisplayMode::Scrolling || view.mode == DisplayMode::Waiting;
+    };
+    QVERIFY(board->waitUntil(isScrolling, 20s));
+
+    QVERIFY(board->misbehave(faults.toStdString()));
+    const std::size_t before = board->view().linesReceived;
+    if (sign.isEmpty())
+        QVERIFY(board->waitUntil(
+            [before](const BoardView &view) { return view.linesReceived >= before + 6; }, 20s));
+    else
+        QTRY_VERIFY2_WITH_TIMEOUT(program.logBook().contains(sign), qPrintable(program.logBook()),
+                                  happensSoon);
+    board->behave();
+    const qsizetype shown = linesShown(program);
+    QTRY_VERIFY2_WITH_TIMEOUT(linesShown(program) >= shown + 2, qPrintable(program.logBook()),
+                              happensSoon);
+
+    QVERIFY(board->waitUntil(isScrolling, 20s));
+    QVERIFY(board->misbehave(faults.toStdString()));
+    endInOrder(program);
+}
+
+void BoardFaultsTest::hangUpForGood_isSaidAndTheSignalStillEndsTheProgram()
+{
+    const auto board = makeBoard({});
+    QVERIFY(board);
+    RunningProgram program;
+    prepare(program, *board);
+    QVERIFY(program.start());
+    QVERIFY(board->waitUntil(
+        [](const BoardView &view) { return view.mode == DisplayMode::Scrolling; }, 20s));
+    board->hangUp();
+    QTRY_VERIFY2_WITH_TIMEOUT(program.output().contains("Error opening serial port"),
+                              program.output().constData(), happensSoon);
+    endInOrder(program);
+}
+
+QTEST_GUILESS_MAIN(BoardFaultsTest)
+#include "boardfaults_test.moc"

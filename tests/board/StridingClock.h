@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/SystemClock.h"
+
+#include <atomic>
+
+namespace qovelmor {
+
+/// The real clock, but each look at it moves it on by a stride: time-outs of work that never takes
+/// long can be reached.
+class StridingClock final : public Clock
+{
+public:
+    void setStride(Duration stride) { stride_ = stride.count(); }
+
+    SteadyTime steadyNow() const override
+    {
+        ahead_ += stride_;
+        return clock_.steadyNow() + Duration(ahead_);
+    }
+    CalendarTime calendarNow() const override { return clock_.calendarNow(); }
+    bool sleepUntil(SteadyTime deadline) override
+    {
+        return clock_.sleepUntil(deadline - Duration(ahead_));
+    }
+    void endSleeps() override { clock_.endSleeps(); }
+    bool sleepsEnded() const override { return clock_.sleepsEnded(); }
+    void threadStarts() override {}
+    void threadEnds() override {}
+    void threadWaits() override {}
+    void threadResumes() override {}
+
+private:
+    SystemClock clock_;
+    std::atomic<Duration::rep> stride_ = 0;
+    mutable std::atomic<Duration::rep> ahead_ = 0;
+};
+
+} // namespace qovelmor

@@ -1,0 +1,599 @@
+// SPDX-License-Identifier: MIT
+#include "feeds/FeedFormat.h"
+#include "feeds/RSSReader.h"
+#include "platform/SimulatedClock.h"
+#include "tests/feeds/FakeFeedLoader.h"
+#include "tests/feeds/FeedTexts.h"
+
+#include <QtTest>
+
+using namespace qovelmor;
+using namespace qovelmor::feedtexts;
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+const QString feedAddress = u"http://example.com/feed"_s;
+const QString nothingMatches = u"00/00 00:00"_s;
+
+/// 10 May 2008, 10:20 local time.
+Clock::CalendarTime readMoment()
+{
+    return std::chrono::system_clock::from_time_t(
+        QDateTime(QDate(2008, 5, 10), QTime(10, 20)).toSecsSinceEpoch());
+}
+
+QStringList listOf(int count, const std::function<QString(int)> &at)
+{
+    QStringList list;
+    for (int i = 0; i < count; ++i)
+        list.append(at(i));
+    return list;
+}
+
+} // namespace
+
+class RssReaderTest : public QObject
+{
+    Q_OBJECT
+
+private:
+    SimulatedClock clock_{readMoment()};
+    FakeFeedLoader loader_;
+
+    std::unique_ptr<RSSReader> reader(int format)
+    {
+        return std::make_unique<RSSReader>(FeedServices{loader_, clock_}, feedAddress, true,
+                                           u"名前"_s, format);
+    }
+
+    std::unique_ptr<RSSReader> readFrom(int format, const QByteArray &document)
+    {
+        loader_.answerWith(document);
+        auto made = reader(format);
+        made->readHeadlines();
+        return made;
+    }
+
+private Q_SLOTS:
+    void init() { loader_ = FakeFeedLoader(); }
+
+    void construction_withNameAndFormat_asksNobody()
+    {
+        const auto made = reader(feedformat::atom);
+        QVERIFY(loader_.requests.empty());
+        QCOMPARE(made->name().value(), u"名前"_s);
+        QCOMPARE(made->format(), feedformat::atom);
+        QCOMPARE(made->status(), 0);
+        QCOMPARE(made->statusString(), u"未読込"_s);
+        QVERIFY(!made->date());
+        QCOMPARE(made->count(), 0);
+        QVERIFY(made->validate());
+        QVERIFY(!made->isReaderChanged());
+        QVERIFY(!made->watchBreak());
+        QVERIFY(made->lastErrorCause().isEmpty());
+    }
+
+    void construction_fetchesTheName_data()
+    {
+        QTest::addColumn<bool>("hasName");
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<int>("format");
+        QTest::newRow("no name") << false << u""_s << 2;
+        QTest::newRow("empty name") << true << u""_s << 2;
+        QTest::newRow("format unknown") << true << u"名前"_s << 0;
+        QTest::newRow("format past the last") << true << u"名前"_s << 4;
+        QTest::newRow("format below the first") << true << u"名前"_s << -1;
+    }
+    void construction_fetchesTheName()
+    {
+        QFETCH(bool, hasName);
+        QFETCH(QString, name);
+        QFETCH(int, format);
+        loader_.answerWith(rss1({}, {}));
+        const RSSReader made({loader_, clock_}, feedAddress, false,
+                             hasName ? std::optional(name) : std::nullopt, format);
+        QCOMPARE(loader_.requests.size(), std::size_t{1});
+        QCOMPARE(made.name().value(), u"テスト"_s);
+        QCOMPARE(made.format(), feedformat::rss1);
+        QVERIFY(!made.validate());
+    }
+
+    void construction_byAddressAlone_isEnabled()
+    {
+        loader_.answerWith(atom({}));
+        const RSSReader made({loader_, clock_}, feedAddress);
+        QVERIFY(made.validate());
+        QCOMPARE(made.address(), feedAddress);
+        QCOMPARE(made.format(), feedformat::atom);
+    }
+
+    void readName_findsTheKind_data()
+    {
+        QTest::addColumn<QByteArray>("document");
+        QTest::addColumn<int>("format");
+        QTest::newRow("RSS 2.0") << rss2({}) << 2;
+        QTest::newRow("RSS 1.0") << rss1({}, {}) << 1;
+        QTest::newRow("Atom") << atom({}) << 3;
+    }
+    void readName_findsTheKind()
+    {
+        QFETCH(QByteArray, document);
+        QFETCH(int, format);
+        loader_.answerWith(document);
+        const auto made = reader(feedformat::rss2);
+        QCOMPARE(made->readName().value(), u"テスト"_s);
+        QCOMPARE(made->format(), format);
+    }
+
+    void readName_withoutATitle_saysSo()
+    {
+        loader_.answerWith("<feed><link/></feed>");
+        const auto made = reader(feedformat::rss2);
+        QTest::ignoreMessage(QtWarningMsg, "Title get error.");
+        QTest::ignoreMessage(QtWarningMsg, "error code = 0");
+        QTest::ignoreMessage(QtWarningMsg, "nodes count = 0");
+        QVERIFY(!made->readName());
+        QCOMPARE(made->format(), feedformat::unknown);
+    }
+
+    void readName_anErrorOfTheFirstQuery_countsForAll()
+    {
+        loader_.answerWith(atom({}), {{"/rss/channel/title", 1207}});
+        const auto made = reader(feedformat::rss2);
+        QTest::ignoreMessage(QtWarningMsg, "Title get error.");
+        QTest::ignoreMessage(QtWarningMsg, "error code = 1207");
+        QTest::ignoreMessage(QtWarningMsg, "nodes count = 1");
+        QVERIFY(!made->readName());
+        QCOMPARE(made->format(), feedformat::unknown);
+    }
+
+    void readName_whenLoadingFails_keepsTheFormatAndReports()
+    {
+        RecordingLog log;
+        const auto made = reader(feedformat::atom);
+        made->setMessageList(&log);
+        loader_.answer(ReadError{404, u"HTTP"_s, u"ありません"_s});
+        made->setNameOnWeb();
+        QVERIFY(!made->name());
+        QCOMPARE(made->format(), feedformat::atom);
+        QCOMPARE(log.errors.size(), std::size_t{1});
+        QCOMPARE(log.errors[0].first, feedAddress);
+        QCOMPARE(log.errors[0].second.code, 404);
+        QCOMPARE(log.errors[0].second.domain, u"HTTP"_s);
+        QCOMPARE(made->lastErrorCause(), u"ありません"_s);
+    }
+
+    void readName_withoutALog_handsItsErrorOverLater()
+    {
+        loader_.answer(ReadError{6, u"Transfer"_s, u"サーバーなし"_s});
+        RSSReader made({loader_, clock_}, feedAddress);
+        QVERIFY(!made.name());
+        RecordingLog log;
+        made.setMessageList(nullptr);
+        made.setMessageList(&log);
+        QCOMPARE(log.errors.size(), std::size_t{1});
+        QCOMPARE(log.errors[0].second.code, 6);
+        made.setMessageList(&log);
+        QCOMPARE(log.errors.size(), std::size_t{1}); // once
+    }
+
+    void readHeadlines_ofADisabledFeed_doesNothing()
+    {
+        const auto made = reader(feedformat::rss2);
+        made->setValidate(false);
+        QCOMPARE(made->readHeadlines(), 6);
+        QCOMPARE(made->status(), 0);
+        QVERIFY(loader_.requests.empty());
+    }
+
+    void readHeadlines_success_replacesEverything()
+    {
+        const auto made = readFrom(feedformat::rss2, rss2(item("<title>古い</title>")));
+        loader_.answerWith(rss2(item("<title>一</title><link>http://a/</link>"
+                                     "<description>本文</description>"
+                                     "<pubDate>Thu, 01 May 2008 23:30:00 +0900</pubDate>")));
+        QCOMPARE(made->readHeadlines(), 0);
+        QCOMPARE(made->status(), 1);
+        QCOMPARE(made->statusString(), u"読込済み"_s);
+        QCOMPARE(made->date().value(), u"05/10 10:20"_s);
+        QCOMPARE(made->count(), 1);
+        QCOMPARE(made->titleAtIndex(0), u"一"_s);
+        QCOMPARE(made->dateAtIndex(0), u"05/01 23:30"_s);
+        QCOMPARE(made->descriptionAtIndex(0), u"本文"_s);
+        QCOMPARE(made->linkAtIndex(0), u"http://a/"_s);
+        const ItemRecord record{u"一"_s, u"05/01 23:30"_s, u"本文"_s, u"名前"_s, u"http://a/"_s};
+        QCOMPARE(made->headlineAtIndex(0), record);
+        QCOMPARE(made->headlines(), std::vector<ItemRecord>{record});
+    }
+
+    void readHeadlines_ofAnUnreachableFeed_isOne()
+    {
+        const auto made = readFrom(feedformat::rss2, rss2(item("<title>一</title>")));
+        loader_.answer(ReadError{28, u"Transfer"_s, u"時間切れ"_s});
+        QTest::ignoreMessage(QtWarningMsg, "RSS read error.(http://example.com/feed)");
+        QCOMPARE(made->readHeadlines(), 1);
+        QCOMPARE(made->status(), -1);
+        QCOMPARE(made->statusString(), u"読込エラー"_s);
+        QCOMPARE(made->count(), 1); // the items of the last success stay
+        QCOMPARE(made->lastErrorCause(), u"時間切れ"_s);
+        loader_.answerWith(rss2(item("<title>二</title>")));
+        QCOMPARE(made->readHeadlines(), 0);
+        QVERIFY(made->lastErrorCause().isEmpty());
+    }
+
+    void readHeadlines_failures_data()
+    {
+        QTest::addColumn<int>("format");
+        QTest::addColumn<QByteArray>("query");
+        QTest::addColumn<QByteArray>("message");
+        QTest::addColumn<int>("result");
+        const auto row = [](const char *name, int format, const char *query, const char *message,
+                            int result) {
+            QTest::newRow(name) << format << QByteArray(query) << QByteArray(message) << result;
+        };
+        const char *noTitles = "Headline get error.";
+        const char *noDates = "Date get error.";
+        const char *noDescriptions = "Description get error.";
+        const char *noLinks = "Link get error 1207";
+        row("RSS 1.0 titles", 1, "/rdf:RDF/item/title", noTitles, 0);
+        row("RSS 1.0 item dates", 1, "/rdf:RDF/item/dc:date", noDates, 3);
+        row("RSS 1.0 channel date", 1, "/rdf:RDF/channel/dc:date", noDates, 3);
+        row("RSS 1.0 items", 1, "rdf:RDF/item", noDescriptions, 4);
+        row("RSS 1.0 descriptions", 1, "/rdf:RDF/item/description", noDescriptions, 4);
+        row("RSS 1.0 links", 1, "/rdf:RDF/item/link", noLinks, 5);
+        row("RSS 2.0 titles", 2, "/rss/channel/item/title", noTitles, 0);
+        row("RSS 2.0 item pubDate", 2, "/rss/channel/item/pubDate", noDates, 3);
+        row("RSS 2.0 item dc:date", 2, "/rss/channel/item/dc:date", noDates, 3);
+        row("RSS 2.0 lastBuildDate", 2, "/rss/channel/lastBuildDate", noDates, 3);
+        row("RSS 2.0 channel pubDate", 2, "/rss/channel/pubDate", noDates, 3);
+        row("RSS 2.0 items", 2, "/rss/channel/item", noDescriptions, 4);
+        row("RSS 2.0 descriptions", 2, "/rss/channel/item/description", noDescriptions, 4);
+        row("RSS 2.0 links", 2, "/rss/channel/item/link", noLinks, 5);
+        row("Atom titles", 3, "/feed/entry/title", noTitles, 0);
+        row("Atom published", 3, "/feed/entry/published", noDates, 3);
+        row("Atom updated", 3, "/feed/updated", noDates, 3);
+        row("Atom entries", 3, "feed/entry", noDescriptions, 4);
+        row("Atom summaries", 3, "feed/entry/summary", noDescriptions, 4);
+        row("Atom links", 3, "/feed/entry/link/@href", noLinks, 5);
+    }
+    void readHeadlines_failures()
+    {
+        QFETCH(int, format);
+        QFETCH(QByteArray, query);
+        QFETCH(QByteArray, message);
+        QFETCH(int, result);
+        const QByteArray contents = "<title>一</title><link href='h'>h</link>"
+                                    "<description>本文</description><summary>本文</summary>";
+        const QByteArray document = format == 1   ? rss1({}, item(contents))
+                                    : format == 2 ? rss2(item(contents))
+                                                  : atom(entry(contents));
+        const auto made = readFrom(format, document);
+        QCOMPARE(made->status(), 1);
+        loader_.answerWith(document, {{query.toStdString(), 1207}});
+        QTest::ignoreMessage(QtWarningMsg, message.constData());
+        QCOMPARE(made->readHeadlines(), result);
+        QCOMPARE(made->status(), -1);
+        QCOMPARE(made->statusString(), u"読込エラー"_s);
+        QCOMPARE(made->count(), 1); // offered again
+    }
+
+    void readHeadlines_withoutTitles_keepsTheItemsOfTheReadBefore()
+    {
+        const auto made = readFrom(feedformat::atom, atom(entry("<title>一</title>")));
+        loader_.answerWith(atom({}));
+        QTest::ignoreMessage(QtWarningMsg, "Headline get error.");
+        QCOMPARE(made->readHeadlines(), 0);
+        QCOMPARE(made->status(), -1);
+        QCOMPARE(made->titleAtIndex(0), u"一"_s);
+    }
+
+    void readHeadlines_ofAnUnknownFormat_asksNothing()
+    {
+        loader_.answerWith("<html/>");
+        loader_.answerWith(rss2(item("<title>一</title>")));
+        QTest::ignoreMessage(QtWarningMsg, "Title get error.");
+        QTest::ignoreMessage(QtWarningMsg, "error code = 0");
+        QTest::ignoreMessage(QtWarningMsg, "nodes count = 0");
+        RSSReader made({loader_, clock_}, feedAddress);
+        QTest::ignoreMessage(QtWarningMsg, "Headline get error.");
+        QCOMPARE(made.readHeadlines(), 0);
+        QCOMPARE(made.status(), -1);
+    }
+
+    void dates_data();
+    void dates();
+    void descriptions_data();
+    void descriptions();
+    void links_data();
+    void links();
+
+    void description_thatNeverEnds_isEmptyAndLogged()
+    {
+        RecordingLog log;
+        loader_.answerWith(
+            rss2(item("<title>一</title><description>1 &gt; 0 &lt;b&gt;</description>") +
+                 item("<title>二</title><description>よい</description>")));
+        const auto made = reader(feedformat::rss2);
+        made->setMessageList(&log);
+        QCOMPARE(made->readHeadlines(), 0);
+        QCOMPARE(made->descriptionAtIndex(0), u""_s);
+        QCOMPARE(made->descriptionAtIndex(1), u"よい"_s);
+        QCOMPARE(log.watchBreaks,
+                 std::vector<QString>{u"watchBreak:RSSReader:pulloutTextString"_s});
+    }
+
+    void headlineAtIndex_outside_namesTheFirstListThatIsTooShort_data()
+    {
+        QTest::addColumn<QByteArray>("document");
+        QTest::addColumn<int>("index");
+        QTest::addColumn<QByteArray>("message");
+        const QByteArray whole = "<title>一</title><link href='a'/><summary>本</summary>";
+        QTest::newRow("titles") << atom(entry(whole)) << 1
+                                << QByteArray("headlineAtIndex1:index error");
+        QTest::newRow("negative") << atom(entry(whole)) << -1
+                                  << QByteArray("headlineAtIndex1:index error");
+        QTest::newRow("descriptions") << atom(entry("<title>一</title><title>二</title>")) << 1
+                                      << QByteArray("headlineAtIndex3:index error");
+        QTest::newRow("links") << atom(entry(whole) + entry("<title>二</title>")) << 1
+                               << QByteArray("headlineAtIndex4:index error");
+    }
+    void headlineAtIndex_outside_namesTheFirstListThatIsTooShort()
+    {
+        QFETCH(QByteArray, document);
+        QFETCH(int, index);
+        QFETCH(QByteArray, message);
+        const auto made = readFrom(feedformat::atom, document);
+        QTest::ignoreMessage(QtWarningMsg, message.constData());
+        const ItemRecord record = made->headlineAtIndex(index);
+        QCOMPARE(record.siteName, u"名前"_s);
+        QCOMPARE(record.link, u""_s);
+        QVERIFY(!record.link.isNull());
+    }
+
+    void entries_pastTheEnd_areLogged()
+    {
+        const auto made = readFrom(feedformat::atom, atom(entry("<title>一</title>")));
+        QTest::ignoreMessage(QtWarningMsg, "titleAtIndex:index error");
+        QVERIFY(made->titleAtIndex(1).isNull());
+        QTest::ignoreMessage(QtWarningMsg, "dateAtIndex:index error");
+        QVERIFY(made->dateAtIndex(1).isNull());
+        QTest::ignoreMessage(QtWarningMsg, "descriptionAtIndex:index error");
+        QVERIFY(made->descriptionAtIndex(1).isNull());
+        QTest::ignoreMessage(QtWarningMsg, "linkAtIndex:index error");
+        QVERIFY(made->linkAtIndex(0).isNull());
+        QTest::ignoreMessage(QtWarningMsg, "titleAtIndex:index error");
+        QVERIFY(made->titleAtIndex(-1).isNull());
+    }
+
+    void validators_goWithTheItemsOfTheirDocumentOnly()
+    {
+        const HttpValidators validators{"\"tag\"", "Thu, 01 May 2008 00:00:00 GMT"};
+        const auto made = reader(feedformat::rss2);
+        loader_.answerWith(rss2(item("<title>一</title>")), {}, validators);
+        made->readHeadlines();
+        QVERIFY(loader_.requests.back().validators.isEmpty()); // the first read
+
+        loader_.answer(UnchangedFeed{});
+        clock_.setCalendar(readMoment() + std::chrono::minutes(5));
+        QCOMPARE(made->readHeadlines(), 0);
+        QCOMPARE(loader_.requests.back().validators, validators);
+        QCOMPARE(made->status(), 1);
+        QCOMPARE(made->date().value(), u"05/10 10:25"_s);
+        QCOMPARE(made->count(), 1);
+
+        loader_.answerWith(rss2({}));
+        made->readName(); // also finds the format anew
+        QVERIFY(loader_.requests.back().validators.isEmpty());
+
+        made->setAddress(u"http://example.com/other"_s);
+        QTest::ignoreMessage(QtWarningMsg, "RSS read error.(http://example.com/other)");
+        made->readHeadlines();
+        QVERIFY(loader_.requests.back().validators.isEmpty());
+        clock_.setCalendar(readMoment());
+    }
+
+    void validators_areNotSentAfterTheFormatChanged()
+    {
+        const auto made = reader(feedformat::rss2);
+        loader_.answerWith(rss2(item("<title>一</title>")), {}, {"\"tag\"", {}});
+        made->readHeadlines();
+        loader_.answerWith(atom({}));
+        made->readName();
+        QTest::ignoreMessage(QtWarningMsg, "RSS read error.(http://example.com/feed)");
+        made->readHeadlines();
+        QVERIFY(loader_.requests.back().validators.isEmpty());
+    }
+
+    void postponed_withItems_offersThemAsTheyAre()
+    {
+        const auto made = readFrom(feedformat::rss2, rss2(item("<title>一</title>")));
+        loader_.answer(PostponedFeed{{503, u"HTTP"_s, u"混雑"_s}});
+        QCOMPARE(made->readHeadlines(), 0);
+        QCOMPARE(made->status(), 1);
+        QCOMPARE(made->count(), 1);
+        QCOMPARE(made->lastErrorCause(), u"混雑"_s);
+    }
+
+    void postponed_withoutItems_isAFailure()
+    {
+        const auto made = reader(feedformat::rss2);
+        loader_.answer(PostponedFeed{{503, u"HTTP"_s, u"混雑"_s}});
+        QTest::ignoreMessage(QtWarningMsg, "RSS read error.(http://example.com/feed)");
+        QCOMPARE(made->readHeadlines(), 1);
+        QCOMPARE(made->status(), -1);
+    }
+
+    void cleanUpOperations()
+    {
+        const auto made = reader(feedformat::rss2);
+        QCOMPARE(made->pulloutTextString(u"W<a href=\"x\">y</a>\nX&nbsp;Y&lt;Z"_s).value(),
+                 u"WX Y"_s);
+        QCOMPARE(made->removeHeadSpace(u" 　 a "_s).value(), u"a "_s);
+        QCOMPARE(made->removeTailSpace(u"a　 \t"_s).value(), u"a　"_s);
+        QCOMPARE(made->dateFormatChange(u"2008-05-01T03:10:00Z"_s, 3), u"05/01 12:10"_s);
+    }
+
+    void isExistSummary_data()
+    {
+        QTest::addColumn<QByteArray>("contents");
+        QTest::addColumn<bool>("expected");
+        QTest::newRow("description") << QByteArray("<description/>") << true;
+        QTest::newRow("summary") << QByteArray("<summary>x</summary>") << true;
+        QTest::newRow("neither") << QByteArray("<title/>") << false;
+        QTest::newRow("only deeper inside") << QByteArray("<a><summary/></a>") << false;
+        QTest::newRow("with a prefix") << QByteArray("<m:description xmlns:m='m'/>") << false;
+    }
+    void isExistSummary()
+    {
+        QFETCH(QByteArray, contents);
+        QFETCH(bool, expected);
+        const auto parsed = XmlDocument::parse(item(contents));
+        const auto nodes = parsed.document->nodesForXPath("/item").nodes;
+        QCOMPARE(reader(feedformat::rss2)->isExistSummary(nodes.front()), expected);
+    }
+};
+
+void RssReaderTest::dates_data()
+{
+    QTest::addColumn<int>("format");
+    QTest::addColumn<QByteArray>("document");
+    QTest::addColumn<QStringList>("expected");
+    const QByteArray one = "<title>一</title>";
+    const QByteArray w3c = "<dc:date>2008-05-01T12:10:00+09:00</dc:date>";
+    const QByteArray rfc = "Thu, 01 May 2008 23:30:00 -0500";
+    const QByteArray pubDate = "<pubDate>" + rfc + "</pubDate>";
+    const QByteArray build = "<lastBuildDate>" + rfc + "</lastBuildDate>";
+    const QByteArray published = "<published>2008-05-01T03:10:00Z</published>";
+    const QByteArray updated = "<updated>2008-05-02T03:10:00Z</updated>";
+    const QString w3cText = u"05/01 12:10"_s;
+    const QString rfcText = u"05/02 13:30"_s;
+
+    QTest::newRow("RSS 1.0, each item's own")
+        << 1 << rss1({}, item(one + w3c)) << QStringList{w3cText};
+    QTest::newRow("RSS 1.0, the channel's")
+        << 1 << rss1(w3c, item(one) + item(one)) << QStringList{w3cText, w3cText};
+    QTest::newRow("RSS 1.0, none") << 1 << rss1({}, item(one)) << QStringList{u""_s};
+    QTest::newRow("RSS 1.0, items' go before the channel's, which then counts for none")
+        << 1 << rss1(w3c, item(one + w3c) + item(one)) << QStringList{w3cText, u""_s};
+    QTest::newRow("RSS 2.0, pubDate") << 2 << rss2(item(one + pubDate)) << QStringList{rfcText};
+    QTest::newRow("RSS 2.0, dc:date") << 2 << rss2(item(one + w3c)) << QStringList{w3cText};
+    QTest::newRow("RSS 2.0, pubDate before dc:date: dc:date of others is not looked at")
+        << 2 << rss2(item(one + w3c) + item(one + pubDate)) << QStringList{rfcText, u""_s};
+    QTest::newRow("RSS 2.0, lastBuildDate for all")
+        << 2 << rss2(build + item(one) + item(one)) << QStringList{rfcText, rfcText};
+    QTest::newRow("RSS 2.0, lastBuildDate before the channel's pubDate")
+        << 2 << rss2(pubDate + build + item(one)) << QStringList{rfcText};
+    QTest::newRow("RSS 2.0, the channel's pubDate is read in the wrong form")
+        << 2 << rss2(pubDate + item(one)) << QStringList{nothingMatches};
+    QTest::newRow("RSS 2.0, a channel's pubDate in that form")
+        << 2 << rss2("<pubDate>2008-05-01T12:10:00+09:00</pubDate>" + item(one))
+        << QStringList{w3cText};
+    QTest::newRow("RSS 2.0, none") << 2 << rss2(item(one)) << QStringList{u""_s};
+    QTest::newRow("Atom, published")
+        << 3 << atom(entry(one + published)) << QStringList{u"05/01 12:10"_s};
+    QTest::newRow("Atom, updated of the feed")
+        << 3 << atom(updated + entry(one)) << QStringList{u"05/02 12:10"_s};
+    QTest::newRow("Atom, updated of an entry does not count")
+        << 3 << atom(entry(one + updated)) << QStringList{u""_s};
+    QTest::newRow("Atom, an offset is no match")
+        << 3 << atom(entry(one + "<published>2008-05-01T12:10:00+09:00</published>"))
+        << QStringList{nothingMatches};
+    QTest::newRow("matched by position, not by item")
+        << 2 << rss2(item(one) + item(one + pubDate)) << QStringList{rfcText, u""_s};
+}
+
+void RssReaderTest::dates()
+{
+    QFETCH(int, format);
+    QFETCH(QByteArray, document);
+    QFETCH(QStringList, expected);
+    const auto made = readFrom(format, document);
+    QCOMPARE(made->status(), 1);
+    QCOMPARE(listOf(made->count(), [&](int i) { return made->headlineAtIndex(i).date; }), expected);
+    QVERIFY(!made->dateAtIndex(0).isNull()); // never absent
+}
+
+void RssReaderTest::descriptions_data()
+{
+    QTest::addColumn<int>("format");
+    QTest::addColumn<QByteArray>("document");
+    QTest::addColumn<QStringList>("expected");
+    const auto titled = [](const QByteArray &more) { return item("<title>t</title>" + more); };
+    const auto described = [&](const char *text) {
+        return titled("<description>" + QByteArray(text) + "</description>");
+    };
+    const auto summed = [](const char *text) {
+        return entry("<title>t</title><summary>" + QByteArray(text) + "</summary>");
+    };
+    QTest::newRow("RSS 1.0") << 1 << rss1({}, described("一") + described("二"))
+                             << QStringList{u"一"_s, u"二"_s};
+    QTest::newRow("RSS 2.0") << 2 << rss2(described("一") + described("二"))
+                             << QStringList{u"一"_s, u"二"_s};
+    QTest::newRow("Atom") << 3 << atom(summed("一") + summed("二"))
+                          << QStringList{u"一"_s, u"二"_s};
+    QTest::newRow("cleaned") << 2 << rss2(described("<![CDATA[ <p>一</p>&nbsp;二 ]]>"))
+                             << QStringList{u"一 二"_s};
+    QTest::newRow("one without in the middle: the one behind keeps its own")
+        << 2 << rss2(described("一") + titled({}) + described("三") + described("四"))
+        << QStringList{u"一"_s, u""_s, u"三"_s, u"三"_s}; // the last one is past the nodes' number
+    QTest::newRow("one without at the end")
+        << 2 << rss2(described("一") + described("二") + titled({}))
+        << QStringList{u"一"_s, u"二"_s, u""_s};
+    QTest::newRow("past the nodes behind one without: its empty text is repeated")
+        << 2 << rss2(titled({}) + described("二")) << QStringList{u""_s, u""_s};
+    QTest::newRow("a description of the other kind, without one to reuse")
+        << 3 << atom(entry("<title>t</title><description>一</description>")) << QStringList{u""_s};
+    QTest::newRow("two in one item move the rest")
+        << 2
+        << rss2(titled("<description>一</description><description>二</description>") +
+                described("三"))
+        << QStringList{u"一"_s, u"二"_s};
+    QTest::newRow("as many as items, not as titles")
+        << 2 << rss2(item("<title>t</title><title>t</title><description>一</description>"))
+        << QStringList{u"一"_s};
+}
+
+void RssReaderTest::descriptions()
+{
+    QFETCH(int, format);
+    QFETCH(QByteArray, document);
+    QFETCH(QStringList, expected);
+    const auto made = readFrom(format, document);
+    QCOMPARE(listOf(static_cast<int>(expected.size()),
+                    [&](int i) { return made->descriptionAtIndex(i); }),
+             expected);
+    QTest::ignoreMessage(QtWarningMsg, "descriptionAtIndex:index error");
+    QVERIFY(made->descriptionAtIndex(static_cast<int>(expected.size())).isNull());
+}
+
+void RssReaderTest::links_data()
+{
+    QTest::addColumn<int>("format");
+    QTest::addColumn<QByteArray>("document");
+    QTest::addColumn<QStringList>("expected");
+    const QByteArray linked = item("<title>t</title><link> http://a/?x=1&amp;y=2\n</link>");
+    const QString raw = u" http://a/?x=1&y=2\n"_s; // not cleaned
+    QTest::newRow("RSS 1.0") << 1 << rss1({}, linked) << QStringList{raw};
+    QTest::newRow("RSS 2.0") << 2 << rss2(linked) << QStringList{raw};
+    QTest::newRow("Atom") << 3 << atom(entry("<title>t</title><link href='http://a/'/>"))
+                          << QStringList{u"http://a/"_s};
+    QTest::newRow("several in an Atom entry are several entries of the list")
+        << 3
+        << atom(entry("<title>t</title><link href='1'/><link rel='self' href='2'/>") +
+                entry("<title>t</title><link href='3'/>"))
+        << QStringList{u"1"_s, u"2"_s, u"3"_s};
+}
+
+void RssReaderTest::links()
+{
+    QFETCH(int, format);
+    QFETCH(QByteArray, document);
+    QFETCH(QStringList, expected);
+    const auto made = readFrom(format, document);
+    QCOMPARE(listOf(static_cast<int>(expected.size()), [&](int i) { return made->linkAtIndex(i); }),
+             expected);
+}
+
+QTEST_GUILESS_MAIN(RssReaderTest)
+#include "rssreader_test.moc"

@@ -1,0 +1,171 @@
+// SPDX-License-Identifier: MIT
+#include "platform/LogFile.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <signal.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <thread>
+
+using namespace Qt::Literals::StringLiterals;
+using namespace qovelmor;
+
+namespace {
+
+QByteArray contentOf(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(none)");
+}
+
+// Lets files grow to `size` bytes only, as a full disk would.
+class FileSizeLimit
+{
+public:
+    explicit FileSizeLimit(rlim_t size)
+    {
+        ::getrlimit(RLIMIT_FSIZE, &before_);
+        const struct rlimit limit = {size, before_.rlim_max};
+        ::signal(SIGXFSZ, SIG_IGN);
+        ::setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~FileSizeLimit() { ::setrlimit(RLIMIT_FSIZE, &before_); }
+    FileSizeLimit(const FileSizeLimit &) = delete;
+    FileSizeLimit &operator=(const FileSizeLimit &) = delete;
+
+private:
+    struct rlimit before_ = {};
+};
+
+} // namespace
+
+class LogFileTest : public QObject
+{
+    Q_OBJECT
+
+    std::unique_ptr<QTemporaryDir> folder_;
+    QString path_;
+
+private Q_SLOTS:
+    void init()
+    {
+        folder_ = std::make_unique<QTemporaryDir>();
+        path_ = folder_->filePath(u"Logbook.txt"_s);
+    }
+
+    void create_startsAFreshFile()
+    {
+        {
+            const auto log = LogFile::create(path_);
+            QVERIFY(log && log->writeLine("old\n"));
+        }
+        const auto log = LogFile::create(path_);
+        QVERIFY(log);
+        QCOMPARE(log->path(), path_);
+        QCOMPARE(contentOf(path_), QByteArray());
+        QVERIFY(log->writeLine("one\n") && log->writeLine("two\n"));
+        QCOMPARE(contentOf(path_), QByteArray("one\ntwo\n"));
+    }
+
+    void create_refusesWhatIsNoPlainFile()
+    {
+        const QString fifo = folder_->filePath(u"fifo"_s);
+        QCOMPARE(::mkfifo(QFile::encodeName(fifo).constData(), 0600), 0);
+        QVERIFY(!LogFile::create(fifo));
+        QVERIFY(QFile::exists(fifo));
+        QVERIFY(!LogFile::create(folder_->path()));
+        QVERIFY(!LogFile::create(folder_->filePath(u"none/Logbook.txt"_s)));
+        QCOMPARE(::symlink("/dev/full", QFile::encodeName(path_).constData()), 0);
+        QVERIFY(!LogFile::create(path_));
+        QVERIFY(!LogFile::create(QString()));
+    }
+
+    void deletedFile_isMadeAnew()
+    {
+        const auto log = LogFile::create(path_);
+        QVERIFY(log->writeLine("one\n"));
+        QVERIFY(QFile::remove(path_));
+        QVERIFY(log->writeLine("two\n"));
+        QCOMPARE(contentOf(path_), QByteArray("two\n"));
+    }
+
+    void replacedFile_isContinued()
+    {
+        const auto log = LogFile::create(path_);
+        QVERIFY(log->writeLine("one\n"));
+        QVERIFY(QFile::rename(path_, path_ + u".old"_s));
+        QFile edited(path_);
+        QVERIFY(edited.open(QIODevice::WriteOnly) && edited.write("edited\n") > 0);
+        edited.close();
+        QVERIFY(log->writeLine("two\n"));
+        QCOMPARE(contentOf(path_), QByteArray("edited\ntwo\n"));
+        QCOMPARE(contentOf(path_ + u".old"_s), QByteArray("one\n"));
+    }
+
+    void folderGone_isNoticed()
+    {
+        QVERIFY(QDir(folder_->path()).mkdir(u"logs"_s));
+        const QString path = folder_->filePath(u"logs/Logbook.txt"_s);
+        const auto log = LogFile::create(path);
+        QVERIFY(log->writeLine("one\n"));
+        QVERIFY(QDir(folder_->filePath(u"logs"_s)).removeRecursively());
+        QVERIFY(!log->writeLine("two\n"));
+        QVERIFY(QDir(folder_->path()).mkdir(u"logs"_s));
+        QVERIFY(log->writeLine("three\n"));
+        QCOMPARE(contentOf(path), QByteArray("three\n"));
+    }
+
+    void fileTurnedIntoADevice_isNotWritten()
+    {
+        const auto log = LogFile::create(path_);
+        QVERIFY(QFile::remove(path_));
+        QCOMPARE(::mkfifo(QFile::encodeName(path_).constData(), 0600), 0);
+        QVERIFY(!log->writeLine("one\n"));
+        QVERIFY(QFile::remove(path_));
+        QCOMPARE(::symlink("/dev/null", QFile::encodeName(path_).constData()), 0);
+        QVERIFY(!log->writeLine("two\n"));
+    }
+
+    void fullDisk_leavesNoHalfLine()
+    {
+        const auto log = LogFile::create(path_);
+        QVERIFY(log->writeLine("one\n"));
+        {
+            const FileSizeLimit limit(10);
+            QVERIFY(!log->writeLine("two and more\n"));
+            QCOMPARE(contentOf(path_), QByteArray("one\n"));
+        }
+        QVERIFY(log->writeLine("three\n"));
+        QCOMPARE(contentOf(path_), QByteArray("one\nthree\n"));
+    }
+
+    void linesOfManyThreads_neverMix()
+    {
+        const auto log = LogFile::create(path_);
+        constexpr int threads = 4;
+        constexpr int lines = 50;
+        {
+            std::vector<std::jthread> workers;
+            for (int thread = 0; thread < threads; ++thread) {
+                workers.emplace_back([log, thread] {
+                    const QByteArray line(100 + thread, static_cast<char>('a' + thread));
+                    for (int i = 0; i < lines; ++i)
+                        log->writeLine(line + '\n');
+                });
+            }
+        }
+        const QList<QByteArray> written = contentOf(path_).split('\n');
+        QCOMPARE(written.size(), threads * lines + 1);
+        for (const QByteArray &line : written.first(threads * lines))
+            QCOMPARE(line, QByteArray(100 + (line[0] - 'a'), line[0]));
+    }
+};
+
+QTEST_GUILESS_MAIN(LogFileTest)
+#include "logfile_test.moc"

@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: MIT
+#include "platform/PlainText.h"
+
+#include <QtTest>
+
+using namespace qovelmor;
+using namespace Qt::Literals::StringLiterals;
+
+class PlainTextTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void controlsBecomeBlanks_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("plain");
+        QTest::newRow("nothing to do") << u"見出し <b>&amp;"_s << u"見出し <b>&amp;"_s;
+        QTest::newRow("line ends and tab") << u"a\r\nb\tc"_s << u"a  b c"_s;
+        QTest::newRow("NUL and escape") << u"a\0b\x1b[31m"_s << u"a b [31m"_s;
+        QTest::newRow("last control") << u"\x1f!"_s << u" !"_s;
+        QTest::newRow("delete") << u"\x7f~"_s << u" ~"_s;
+        QTest::newRow("C1 controls, then no-break space")
+            << u"\u0080\u009f\u00a0"_s << u"  \u00a0"_s;
+        QTest::newRow("Unicode line ends") << u"\u2028\u2029\u2027"_s << u"  \u2027"_s;
+        QTest::newRow("empty") << u""_s << u""_s;
+    }
+
+    void controlsBecomeBlanks()
+    {
+        QFETCH(QString, text);
+        QTEST(withoutControls(text), "plain");
+    }
+
+    void windowTextCannotTurnDirection()
+    {
+        QCOMPARE(forWindow(u"a\u202eb\u2066c\u200fd\u061ce\u2069\nf"_s), u"abcde f"_s);
+        QCOMPARE(forWindow(u"\u2029\u202f\u2065\u206a"_s), u" \u202f\u2065\u206a"_s);
+    }
+};
+
+QTEST_APPLESS_MAIN(PlainTextTest)
+#include "plaintext_test.moc"
