@@ -23,7 +23,8 @@ if(QOVELMOR_SANITIZE)
         -fsanitize=${QOVELMOR_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
     target_link_options(qovelmor_options INTERFACE -fsanitize=${QOVELMOR_SANITIZE})
     # With the checks inserted, GCC takes many temporaries for uninitialized; the release build warns.
-    target_compile_options(qovelmor_options INTERFACE -Wno-maybe-uninitialized)
+    target_compile_options(qovelmor_options INTERFACE
+        $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
 endif()
 
 # Programs stand at the top of the build tree, where the scripts and the tests find them.
