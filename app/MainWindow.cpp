@@ -90,6 +90,8 @@ MainWindow::MainWindow(Controllers controllers, FeedListView *feedView,
             [this] { control_.tabViewDidSelectTabViewItem(selectedTab()); });
     connect(splitter_, &QSplitter::splitterMoved, this, [this] { storeSizes(); });
     connect(&ledWindow_, &LEDWindow::closeRequested, this, [this] { control_.actDrawerButton(); });
+    connect(feedView_, &FeedListView::statusChanged, this, &MainWindow::showNotice);
+    connect(feedView_, &FeedListView::addressBeingFetched, this, &MainWindow::showFetching);
     msgList_.changeNotice().listen([this] { showPresentation(); });
 }
 
@@ -188,6 +190,8 @@ void MainWindow::createActions()
     QMenu *file = menuBar()->addMenu(localized(u"MenuFile"_s));
     add(file, u"actGetRSS"_s, localized(u"MenuReadFeeds"_s), QKeySequence::Refresh,
         &VelmorRSS::actGetRSS);
+    file->addSeparator();
+    file->addActions(feedView_->fileActions());
     file->addSeparator();
     add(file, u"actQuit"_s, localized(u"MenuQuit"_s), QKeySequence::Quit, &VelmorRSS::actQuit);
 
@@ -359,6 +363,15 @@ void MainWindow::showNotice(const QString &text)
 {
     notice_ = text;
     showPresentation();
+}
+
+// The fetch keeps the main thread: what it waits for is painted before it begins.
+void MainWindow::showFetching(const QString &sentence)
+{
+    if (startupWindow_ != nullptr)
+        startupWindow_->showAddress(sentence);
+    showNotice(sentence);
+    statusText_->repaint();
 }
 
 // What the window shows.

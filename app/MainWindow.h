@@ -82,6 +82,7 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
+    void showFetching(const QString &sentence);
     QWidget *createCommandRow();
     QWidget *createStatusRow();
     QToolButton *createToggle(const QString &name, const QString &text);

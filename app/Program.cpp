@@ -95,8 +95,6 @@ void Program::makeWindows()
     mainWindow_ = std::make_unique<MainWindow>(
         MainWindow::Controllers{control_, msgList_, defaults_}, feedView, messageView, *ledWindow_);
     control_.setWindow(*mainWindow_);
-    QObject::connect(feedView, &FeedListView::statusChanged, mainWindow_.get(),
-                     &MainWindow::showNotice);
     QObject::connect(ledWindow_.get(), &LEDWindow::boardDoubleClicked, mainWindow_.get(),
                      [this] { msgList_.actDoubleClickRSSView(); });
     if (commandLine_.terminal)

@@ -12,7 +12,7 @@ namespace qovelmor {
 
 using namespace Qt::Literals::StringLiterals;
 
-StartupWindow::StartupWindow() : QWidget(nullptr, Qt::SplashScreen)
+StartupWindow::StartupWindow() : QWidget(nullptr, Qt::SplashScreen), accessField_(new QLabel)
 {
     setObjectName(u"startupWindow"_s);
     auto *text = new QLabel(localized(u"StartingUp"_s));
@@ -23,12 +23,24 @@ StartupWindow::StartupWindow() : QWidget(nullptr, Qt::SplashScreen)
     progress->setRange(0, 0); // how long it takes depends on the network
     progress->setTextVisible(false);
 
+    accessField_->setObjectName(u"accessField"_s);
+    accessField_->setTextFormat(Qt::PlainText);
+    accessField_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(32, 24, 32, 24);
     layout->addWidget(text);
     layout->addWidget(progress);
-    setFixedSize(320, 110);
+    layout->addWidget(accessField_);
+    setFixedSize(420, 130);
     move(screen()->availableGeometry().center() - rect().center());
+}
+
+void StartupWindow::showAddress(const QString &sentence)
+{
+    const QFontMetrics metrics = accessField_->fontMetrics();
+    accessField_->setText(metrics.elidedText(sentence, Qt::ElideRight, accessField_->width()));
+    accessField_->repaint();
 }
 
 } // namespace qovelmor

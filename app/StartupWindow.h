@@ -3,6 +3,8 @@
 
 #include <QWidget>
 
+class QLabel;
+
 namespace qovelmor {
 
 /// The small window that is shown while the settings are read and the feed list is built.
@@ -12,6 +14,12 @@ class StartupWindow final : public QWidget
 
 public:
     StartupWindow();
+
+    /// What the start waits for, at once on the screen.
+    void showAddress(const QString &sentence);
+
+private:
+    QLabel *accessField_;
 };
 
 } // namespace qovelmor

@@ -195,11 +195,22 @@ std::vector<FeedTableModel::Row> FeedTableModel::presentRows() const
         const auto orDash = [](const std::optional<QString> &text) {
             return text ? forWindow(*text) : u"-"_s;
         };
-        rows.push_back({reader->validate(), reader->statusString(), orDash(reader->date()),
+        rows.push_back({reader, reader->validate(), reader->statusString(), orDash(reader->date()),
                         orDash(reader->name()), forWindow(reader->address()),
                         reader->lastErrorCause()});
     }
     return rows;
+}
+
+std::shared_ptr<RSSReader> FeedTableModel::readerAt(int row) const
+{
+    return row >= 0 && row < rowCount() ? rows_[static_cast<std::size_t>(row)].reader : nullptr;
+}
+
+int FeedTableModel::rowOf(const std::shared_ptr<RSSReader> &reader) const
+{
+    const auto place = std::ranges::find(rows_, reader, &Row::reader);
+    return reader && place != rows_.end() ? static_cast<int>(place - rows_.begin()) : -1;
 }
 
 void FeedTableModel::refresh()

@@ -11,6 +11,7 @@ namespace qovelmor {
 
 class FeedListActions;
 class RSSList;
+class RSSReader;
 
 /// The feed table's rows: a copy of what the list and its readers hold, taken on the main thread
 /// after each change. Cells are plain text; the view's font gives their size.
@@ -52,12 +53,17 @@ public:
     bool dropMimeData(const QMimeData *data, Qt::DropAction action, int row, int column,
                       const QModelIndex &parent) override;
 
+    /// The feed that a row shows; null outside the rows.
+    std::shared_ptr<RSSReader> readerAt(int row) const;
+    /// -1 when no row shows it.
+    int rowOf(const std::shared_ptr<RSSReader> &reader) const;
     /// Takes over the list as it is now.
     void refresh();
 
 private:
     struct Row
     {
+        std::shared_ptr<RSSReader> reader;
         bool validate = false;
         QString status;
         QString date;

@@ -2,6 +2,7 @@
 #include "feeds/RSSList.h"
 
 #include "feeds/DisplayRest.h"
+#include "feeds/FailureSentence.h"
 #include "feeds/FeedEntry.h"
 #include "platform/RowMove.h"
 #include "platform/SystemLog.h"
@@ -128,6 +129,9 @@ RSSList::Reader RSSList::makeReader(const QString &address)
     window_->showAddressBeingFetched(u""_s);
     reader->setMessageList(msgList_);
     // A feed that cannot be read is a reader without a name: there is always one to put in.
+    const QString failure = failureSentence(*reader);
+    if (!failure.isEmpty())
+        window_->showStatus(failure);
     return reader;
 }
 

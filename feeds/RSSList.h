@@ -47,10 +47,10 @@ public:
     RSSList(const RSSList &) = delete;
     RSSList &operator=(const RSSList &) = delete;
 
-    // To be set before awakeFromNibx(), but for the window, which may be missing.
+    // To be set before awakeFromNibx(), but for the window, which may be missing (null).
     void setControl(DisplayControl &control) { control_ = &control; }
     void setMsgList(ReadLog &log) { msgList_ = &log; }
-    void setWindow(FeedWindow &window) { window_ = &window; }
+    void setWindow(FeedWindow *window) { window_ = window ? window : &noWindow_; }
     FeedWindow &window() const { return *window_; }
     DisplayControl &control() const { return *control_; }
 

@@ -1,15 +1,22 @@
 // SPDX-License-Identifier: MIT
 #include "feeds/views/FeedListView.h"
 
+#include "feeds/FailureSentence.h"
 #include "feeds/RSSList.h"
+#include "feeds/views/AddressPanel.h"
 #include "platform/Localization.h"
+#include "platform/PlainText.h"
+#include "platform/views/Confirmation.h"
+#include "platform/views/ListTable.h"
 
+#include <QAction>
 #include <QClipboard>
 #include <QGuiApplication>
+#include <QHBoxLayout>
 #include <QHeaderView>
-#include <QLabel>
-#include <QStackedLayout>
-#include <QTableView>
+#include <QPointer>
+#include <QPushButton>
+#include <QVBoxLayout>
 
 namespace qovelmor {
 
@@ -17,16 +24,7 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-constexpr std::array defaultColumnWidths = {44, 90, 100, 230, 340};
-
-QLabel *emptyState()
-{
-    auto *label = new QLabel(localized(u"NoFeedsYet"_s));
-    label->setObjectName(u"noFeedsText"_s);
-    label->setAlignment(Qt::AlignCenter);
-    label->setWordWrap(true);
-    return label;
-}
+const std::vector<double> factoryColumnWidths = {44, 90, 100, 230, 340};
 
 } // namespace
 
@@ -34,50 +32,192 @@ FeedListView::FeedListView(RSSList &list)
     : list_(list)
     , actions_(list)
     , model_(list, actions_)
-    , table_(new QTableView)
-    , pages_(new QStackedLayout(this))
+    , table_(new ListTable(model_, {u"rssListView"_s, localized(u"TabList"_s), u"noFeedsText"_s,
+                                    localized(u"NoFeedsYet"_s)}))
+    , filePanel_(*this)
 {
-    table_->setObjectName(u"rssListView"_s);
-    table_->setAccessibleName(localized(u"TabList"_s));
-    table_->setModel(&model_);
-    table_->setSelectionBehavior(QAbstractItemView::SelectRows);
-    table_->setSelectionMode(QAbstractItemView::SingleSelection);
-    table_->setEditTriggers(QAbstractItemView::NoEditTriggers);
-    table_->setShowGrid(false);
-    table_->setAlternatingRowColors(true);
-    table_->setWordWrap(false);
-    table_->setTabKeyNavigation(false);
-    table_->verticalHeader()->hide();
-    table_->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-    table_->verticalHeader()->setMinimumSectionSize(1);
-    table_->horizontalHeader()->setStretchLastSection(true);
-    table_->horizontalHeader()->setHighlightSections(false);
-    table_->horizontalHeader()->setSectionsClickable(true);
-    table_->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-    pages_->addWidget(emptyState());
-    pages_->addWidget(table_);
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(table_, 1);
+    layout->addWidget(createButtonRow());
+    createRowMenu();
+    fileActions_ = {createAction(u"actLoadURL"_s, u"MenuLoadURL"_s, &FeedListActions::actLoadURL),
+                    createAction(u"actSaveURL"_s, u"MenuSaveURL"_s, &FeedListActions::actSaveURL)};
 
+    table_->enableRowDrag();
+    table_->setLook({factoryColumnWidths});
     applyViewSettings();
-    connect(table_->horizontalHeader(), &QHeaderView::sectionResized, this,
-            [this] { storeColumnWidths(); });
+    connectTable();
+    list_.changes().listen([self = QPointer<FeedListView>(this)] {
+        if (self)
+            self->renew();
+    });
+    list_.setWindow(this);
+    list_.renewalControls();
+}
+
+FeedListView::~FeedListView()
+{
+    list_.setWindow(nullptr);
+}
+
+// Building. -----------------------------------------------------------------------------------
+
+QPushButton *FeedListView::createButton(const QString &name, const QString &textKey,
+                                        Command command)
+{
+    auto *button = new QPushButton(localized(textKey));
+    button->setObjectName(name);
+    connect(button, &QPushButton::clicked, this, [this, command] { (actions_.*command)(); });
+    return button;
+}
+
+QAction *FeedListView::createAction(const QString &name, const QString &textKey, Command command)
+{
+    auto *action = new QAction(localized(textKey), this);
+    action->setObjectName(name);
+    connect(action, &QAction::triggered, this, [this, command] { (actions_.*command)(); });
+    return action;
+}
+
+QWidget *FeedListView::createButtonRow()
+{
+    createButton_ =
+        createButton(u"createButton"_s, u"FeedAddButton"_s, &FeedListActions::actCreateRSSURL);
+    editButton_ =
+        createButton(u"editButton"_s, u"FeedEditButton"_s, &FeedListActions::actEditRSSURL);
+    deleteButton_ =
+        createButton(u"deleteButton"_s, u"FeedDeleteButton"_s, &FeedListActions::actDeleteRSSURL);
+    accessButton_ = createButton(u"accessButton"_s, u"FeedOpenButton"_s,
+                                 &FeedListActions::actDoubleClickListView);
+    auto *row = new QWidget;
+    auto *layout = new QHBoxLayout(row);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(createButton_);
+    layout->addWidget(editButton_);
+    layout->addWidget(deleteButton_);
+    layout->addStretch(1);
+    layout->addWidget(accessButton_);
+    return row;
+}
+
+// What the mouse does on a row, for the keyboard too (the menu key opens this menu).
+void FeedListView::createRowMenu()
+{
+    rowActions_ = {
+        createAction(u"rowOpen"_s, u"FeedOpenButton"_s, &FeedListActions::actDoubleClickListView),
+        createAction(u"rowEdit"_s, u"FeedEditButton"_s, &FeedListActions::actEditRSSURL),
+        createAction(u"rowDelete"_s, u"FeedDeleteButton"_s, &FeedListActions::actDeleteRSSURL),
+        createAction(u"rowCopy"_s, u"FeedCopyItem"_s, &FeedListActions::actCopyRow)};
+    const auto addMove = [this](const QString &name, const QString &textKey, int key, int step) {
+        auto *action = new QAction(localized(textKey), this);
+        action->setObjectName(name);
+        action->setShortcut(QKeySequence(Qt::CTRL | static_cast<Qt::Key>(key)));
+        action->setShortcutContext(Qt::WidgetShortcut);
+        connect(action, &QAction::triggered, this,
+                [this, step] { moveSelectedRow(selectedRow() + step); });
+        rowActions_ << action;
+    };
+    addMove(u"rowMoveUp"_s, u"FeedMoveUpItem"_s, Qt::Key_Up, -1);
+    addMove(u"rowMoveDown"_s, u"FeedMoveDownItem"_s, Qt::Key_Down, 2);
+    auto *invertAll = new QAction(localized(u"FeedInvertAllItem"_s), this);
+    invertAll->setObjectName(u"invertAll"_s);
+    connect(invertAll, &QAction::triggered, this,
+            [this] { model_.handleHeaderClick(FeedTableModel::Validate); });
+
+    table_->setContextMenuPolicy(Qt::ActionsContextMenu);
+    table_->addActions(rowActions_);
+    table_->addAction(invertAll);
+}
+
+void FeedListView::connectTable()
+{
+    connect(table_, &ListTable::selectedRowChanged, this, &FeedListView::selectedRowChanged);
+    connect(table_, &ListTable::openRequested, this, [this] { actions_.actDoubleClickListView(); });
+    connect(table_, &ListTable::deleteRequested, this, [this] { actions_.actDeleteRSSURL(); });
+    connect(table_, &ListTable::copyRequested, this, [this] { actions_.actCopyRow(); });
+    connect(table_, &ListTable::columnsResized, this,
+            [this] { list_.view().setColumnWidths(table_->columnWidths()); });
     connect(table_->horizontalHeader(), &QHeaderView::sectionClicked, this,
             [this](int section) { model_.handleHeaderClick(section); });
-    connect(table_, &QTableView::doubleClicked, this,
-            [this] { actions_.actDoubleClickListView(); });
-    list_.changes().listen([this] { renew(); });
-    list_.setWindow(*this);
-    renew();
+    // A feed that was added at the end of a long list is seen.
+    connect(&model_, &QAbstractItemModel::rowsInserted, table_,
+            [this](const QModelIndex &, int first) { table_->scrollTo(model_.index(first, 0)); });
 }
+
+void FeedListView::applyViewSettings()
+{
+    table_->setLook(
+        {list_.view().columnWidths(), list_.view().rowHeight(), list_.view().fontSize()});
+}
+
+// Following the list. -------------------------------------------------------------------------
 
 int FeedListView::selectedRow() const
 {
-    const auto rows = table_->selectionModel()->selectedRows();
-    return rows.isEmpty() ? -1 : rows.constFirst().row();
+    return table_->selectedRow();
+}
+
+void FeedListView::selectedRowChanged(int row)
+{
+    selected_ = model_.readerAt(row);
+    list_.renewalControls();
+    saidCause_.clear();
+    sayCause();
+}
+
+void FeedListView::renew()
+{
+    model_.refresh();
+    const int row = model_.rowOf(selected_.lock());
+    if (row >= 0 && row != selectedRow())
+        table_->selectRow(row);
+    else
+        selected_ = model_.readerAt(selectedRow());
+    list_.renewalControls();
+    sayCause();
+}
+
+void FeedListView::moveSelectedRow(int target)
+{
+    if (actions_.acceptRowDrop(selectedRow(), target))
+        renew();
+}
+
+void FeedListView::sayCause()
+{
+    const std::shared_ptr<RSSReader> reader = selected_.lock();
+    const QString cause = reader ? failureSentence(*reader) : QString();
+    if (cause == saidCause_)
+        return;
+    saidCause_ = cause;
+    Q_EMIT statusChanged(cause);
+}
+
+// What the list asks of its window. -----------------------------------------------------------
+
+void FeedListView::renewalControls(bool hasSelection)
+{
+    for (QPushButton *button : {editButton_, deleteButton_, accessButton_})
+        button->setEnabled(hasSelection);
+    for (QAction *action : rowActions_)
+        action->setEnabled(hasSelection);
 }
 
 void FeedListView::showAddressBeingFetched(const QString &address)
 {
-    Q_EMIT addressBeingFetched(address);
+    const QString sentence =
+        address.isEmpty() ? QString() : localized(u"FetchingAddress"_s).arg(forWindow(address));
+    if (isFetching_ != !address.isEmpty()) {
+        isFetching_ = !address.isEmpty();
+        if (isFetching_)
+            QGuiApplication::setOverrideCursor(Qt::BusyCursor);
+        else
+            QGuiApplication::restoreOverrideCursor();
+    }
+    if (addressPanel_ && addressPanel_->isVisible())
+        addressPanel_->showFetching(sentence);
+    Q_EMIT addressBeingFetched(sentence);
 }
 
 void FeedListView::showStatus(const QString &text)
@@ -85,41 +225,45 @@ void FeedListView::showStatus(const QString &text)
     Q_EMIT statusChanged(text);
 }
 
+void FeedListView::openAddressDialog(const QString &title, const QString &address)
+{
+    if (!addressPanel_) {
+        addressPanel_ = new AddressPanel(this);
+        connect(addressPanel_, &AddressPanel::addressEntered, this,
+                [this](const QString &text) { actions_.actAddressExec(text); });
+        connect(addressPanel_, &AddressPanel::cancelled, this,
+                [this] { actions_.actAddressCancel(); });
+    }
+    addressPanel_->openWith(title, address);
+}
+
+void FeedListView::closeAddressDialog()
+{
+    if (addressPanel_)
+        addressPanel_->closePanel();
+}
+
+void FeedListView::openDeleteAlert(const FeedAlert &alert)
+{
+    openConfirmation(*this,
+                     {u"deleteRSSURLAlert"_s, alert.title, alert.informative, alert.deleteButton,
+                      alert.cancelButton},
+                     [this](bool isDeletion) { actions_.deleteRSSURLAnswered(isDeletion); });
+}
+
+void FeedListView::openLoadPanel(const FeedFilePanel &panel)
+{
+    filePanel_.openForLoad(panel, [this](const QString &path) { actions_.loadURLChosen(path); });
+}
+
+void FeedListView::openSavePanel(const FeedFilePanel &panel)
+{
+    filePanel_.openForSave(panel, [this](const QString &path) { actions_.saveURLChosen(path); });
+}
+
 void FeedListView::copyToPasteboard(const QString &text)
 {
     QGuiApplication::clipboard()->setText(text);
-}
-
-void FeedListView::renew()
-{
-    model_.refresh();
-    pages_->setCurrentIndex(model_.rowCount() == 0 ? 0 : 1);
-}
-
-void FeedListView::applyViewSettings()
-{
-    const auto stored = list_.view().columnWidths();
-    for (int column = 0; column < FeedTableModel::columnCountOfTable; ++column) {
-        const auto place = static_cast<std::size_t>(column);
-        const double width = place < stored.size() ? stored[place] : defaultColumnWidths[place];
-        table_->setColumnWidth(column, std::max(1, static_cast<int>(width)));
-    }
-    QFont font = table_->font();
-    font.setPixelSize(std::max(1, static_cast<int>(list_.view().fontSize())));
-    table_->setFont(font);
-    const int rowHeight = static_cast<int>(list_.view().rowHeight());
-    table_->verticalHeader()->setDefaultSectionSize(std::max(1, rowHeight));
-}
-
-void FeedListView::storeColumnWidths()
-{
-    if (!isVisible())
-        return; // the layout's own resizing is nobody's wish
-    std::vector<double> widths;
-    widths.reserve(FeedTableModel::columnCountOfTable);
-    for (int column = 0; column < FeedTableModel::columnCountOfTable; ++column)
-        widths.push_back(table_->columnWidth(column));
-    list_.view().setColumnWidths(widths);
 }
 
 } // namespace qovelmor

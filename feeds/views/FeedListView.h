@@ -4,46 +4,80 @@
 #include "feeds/FeedListActions.h"
 #include "feeds/FeedTableModel.h"
 #include "feeds/needs/FeedWindow.h"
+#include "feeds/views/AddressFilePanel.h"
 
+#include <QList>
 #include <QWidget>
 
-class QLabel;
-class QStackedLayout;
-class QTableView;
+class QAction;
+class QPushButton;
 
 namespace qovelmor {
 
-/// The tab "list": the table of feeds, or a sentence that says what to do while there are none.
+class AddressPanel;
+class ListTable;
+
+/// The tab "list": the table of feeds, the buttons below it, and the dialogs that they open.
 class FeedListView final : public QWidget, public FeedWindow
 {
     Q_OBJECT
 
 public:
     explicit FeedListView(RSSList &list);
+    ~FeedListView() override;
 
-    QTableView *listView() const { return table_; }
+    ListTable *listView() const { return table_; }
+    FeedListActions &actions() { return actions_; }
+    /// Import and export, for the file menu.
+    QList<QAction *> fileActions() const { return fileActions_; }
+    /// Takes over row height and font size from the store.
+    void applyViewSettings();
 
     int selectedRow() const override;
+    void renewalControls(bool hasSelection) override;
     void showAddressBeingFetched(const QString &address) override;
     void showStatus(const QString &text) override;
+    void openAddressDialog(const QString &title, const QString &address) override;
+    void closeAddressDialog() override;
+    void openDeleteAlert(const FeedAlert &alert) override;
+    void openLoadPanel(const FeedFilePanel &panel) override;
+    void openSavePanel(const FeedFilePanel &panel) override;
     void copyToPasteboard(const QString &text) override;
 
 Q_SIGNALS:
-    /// A sentence for the status line of the main window.
+    /// A sentence for the status line of the main window; empty takes the last one away.
     void statusChanged(const QString &text);
-    /// A feed's address that is being fetched; empty when that is over.
+    /// What the program waits for while it fetches a feed's name; empty when that is over.
     void addressBeingFetched(const QString &address);
 
 private:
+    using Command = void (FeedListActions::*)();
+
+    QPushButton *createButton(const QString &name, const QString &textKey, Command command);
+    QAction *createAction(const QString &name, const QString &textKey, Command command);
+    QWidget *createButtonRow();
+    void createRowMenu();
+    void connectTable();
+    void selectedRowChanged(int row);
+    void moveSelectedRow(int target);
     void renew();
-    void applyViewSettings();
-    void storeColumnWidths();
+    void sayCause();
 
     RSSList &list_;
     FeedListActions actions_;
     FeedTableModel model_;
-    QTableView *table_;
-    QStackedLayout *pages_;
+    ListTable *table_;
+    AddressPanel *addressPanel_ = nullptr;
+    AddressFilePanel filePanel_;
+    QPushButton *createButton_ = nullptr;
+    QPushButton *editButton_ = nullptr;
+    QPushButton *deleteButton_ = nullptr;
+    QPushButton *accessButton_ = nullptr;
+    QList<QAction *> rowActions_; ///< they need a selected row
+    QList<QAction *> fileActions_;
+    std::weak_ptr<RSSReader> selected_; ///< the selection stays with its feed when rows move
+    QString saidCause_;
+    bool isFetching_ = false;
 };
 
 } // namespace qovelmor

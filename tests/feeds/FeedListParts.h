@@ -116,7 +116,7 @@ public:
     {
         list.setControl(control);
         list.setMsgList(log);
-        list.setWindow(window);
+        list.setWindow(&window);
     }
 
     QString storePath() const { return folder.filePath(QStringLiteral("store.plist")); }

@@ -354,6 +354,8 @@ void FeedListActionsTest::addressDrop_data()
     QTest::newRow("http at the top") << u"http://n/"_s << 0 << true << u"nab"_s << 0;
     QTest::newRow("feed becomes http") << u"feed://n/"_s << 1 << true << u"anb"_s << 0;
     QTest::newRow("at the end") << u"http://n/"_s << 2 << true << u"abn"_s << 0;
+    QTest::newRow("what cannot be read is added, and said")
+        << u"http://x/"_s << 2 << true << u"abx"_s << 1;
     QTest::newRow("https is refused, and said") << u"https://n/"_s << 0 << false << u"ab"_s << 1;
     QTest::newRow("any text is refused") << u"news"_s << 0 << false << u"ab"_s << 0;
     QTest::newRow("nothing is refused") << u""_s << 0 << false << u"ab"_s << 0;
@@ -365,9 +367,14 @@ void FeedListActionsTest::addressDrop()
     QFETCH(int, target);
     FeedListParts parts;
     parts.startWith(u"ab"_s);
+    parts.web.titles[u"http://n/"_s] = u"New"_s;
     QTEST(parts.actions.acceptAddressDrop(text, target), "isAccepted");
     QTEST(parts.letters(), "letters");
     QTEST(static_cast<int>(parts.window.statuses.size()), "statuses");
+    if (parts.letters().endsWith(u'x')) {
+        const QString sentence = localized(u"FeedCannotBeRead"_s);
+        QCOMPARE(parts.window.statuses.constFirst(), sentence.arg(text, u"ない <b>404</b>"_s));
+    }
     if (parts.letters().size() == 3)
         QCOMPARE(parts.storedLetters(), parts.letters());
 }

@@ -210,6 +210,7 @@ void FeedTableModelTest::drop_fromElsewhere()
 {
     QFETCH(QString, text);
     Table table(u"ab"_s);
+    table.web.titles[u"http://n/"_s] = u"New"_s;
     QMimeData data;
     data.setText(text);
     QTEST(table.model->canDropMimeData(&data, Qt::CopyAction, 1, 0, {}), "canDrop");

@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: MIT
+#include "platform/views/Confirmation.h"
+
+#include <QGridLayout>
+#include <QMessageBox>
+#include <QPushButton>
+
+#include <utility>
+
+namespace qovelmor {
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+// The box takes its width from the title; a Japanese sentence below it would break every few words.
+void widen(QMessageBox &alert)
+{
+    constexpr int width = 420;
+    if (auto *grid = qobject_cast<QGridLayout *>(alert.layout()))
+        grid->addItem(new QSpacerItem(width, 0), grid->rowCount(), 0, 1, grid->columnCount());
+}
+
+} // namespace
+
+void openConfirmation(QWidget &parent, const Confirmation &question,
+                      std::function<void(bool)> answered)
+{
+    auto *alert = new QMessageBox(QMessageBox::Warning, question.title, question.title,
+                                  QMessageBox::NoButton, &parent);
+    alert->setObjectName(question.name);
+    alert->setAttribute(Qt::WA_DeleteOnClose);
+    alert->setTextFormat(Qt::PlainText);
+    alert->setInformativeText(question.informative);
+    QPushButton *accept = alert->addButton(question.acceptButton, QMessageBox::AcceptRole);
+    accept->setObjectName(question.name + u"Accept"_s);
+    QPushButton *cancel = alert->addButton(question.cancelButton, QMessageBox::RejectRole);
+    cancel->setObjectName(question.name + u"Cancel"_s);
+    alert->setDefaultButton(accept);
+    alert->setEscapeButton(cancel);
+    QObject::connect(alert, &QDialog::finished, &parent,
+                     [alert, accept, answered = std::move(answered)] {
+                         answered(alert->clickedButton() == accept);
+                     });
+    widen(*alert);
+    alert->open();
+}
+
+} // namespace qovelmor
