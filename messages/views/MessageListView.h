@@ -5,12 +5,9 @@
 
 #include <QWidget>
 
-class QLabel;
-class QStackedLayout;
-class QTableView;
-
 namespace qovelmor {
 
+class ListTable;
 class MessageList;
 
 /// The tab "message": the table of headlines, or a sentence that says what to do while there are
@@ -22,20 +19,18 @@ class MessageListView final : public QWidget
 public:
     explicit MessageListView(MessageList &msgList);
 
-    QTableView *listView() const { return table_; }
+    ListTable *listView() const { return table_; }
     void clearSelection();
     void scrollToRow(int row);
     /// Takes over what the list presents now.
     void renew();
+    /// Takes over column widths, row height and font size from the store.
+    void applyViewSettings();
 
 private:
-    void restoreColumnWidths();
-    void storeColumnWidths();
-
     MessageList &msgList_;
     MessageTableModel model_;
-    QTableView *table_;
-    QStackedLayout *pages_;
+    ListTable *table_;
     unsigned scrollRequestsSeen_ = 0;
 };
 

@@ -68,7 +68,10 @@ ListTable::ListTable(QAbstractItemModel &model, const Names &names)
 
     connect(&model, &QAbstractItemModel::rowsInserted, this, &ListTable::showEmptyState);
     connect(&model, &QAbstractItemModel::rowsRemoved, this, &ListTable::showEmptyState);
-    connect(&model, &QAbstractItemModel::modelReset, this, &ListTable::showEmptyState);
+    connect(&model, &QAbstractItemModel::modelReset, this, [this] {
+        showEmptyState();
+        Q_EMIT selectedRowChanged(selectedRow()); // the selection model says nothing about a reset
+    });
     connect(selectionModel(), &QItemSelectionModel::selectionChanged, this,
             [this] { Q_EMIT selectedRowChanged(selectedRow()); });
     connect(this, &QTableView::doubleClicked, this, [this](const QModelIndex &index) {
