@@ -12,7 +12,8 @@ using namespace Qt::Literals::StringLiterals;
 BoardExchange::Turn::Turn(BoardExchange &exchange) : exchange_(exchange)
 {
     exchange_.turnMutex_.lock();
-    ++exchange_.turnDepth_;
+    if (++exchange_.turnDepth_ == 1)
+        exchange_.isRefused_ = false;
 }
 
 BoardExchange::Turn::~Turn()
@@ -104,7 +105,8 @@ bool BoardExchange::openSerialPortWithNumber(int number)
     if (!port->openWithPortNumber(number))
         return false;
     port->attributes().setBaudRate(19200);
-    unread_.forget();
+    unread_ = UnreadAnswers();
+    isRefused_ = false;
     sendString(farmLine(u"x"_s));
     return true;
 }
@@ -127,11 +129,13 @@ bool BoardExchange::sendString(const QString &text)
 {
     const auto turn = takeTurn();
     const auto port = serial();
-    if (!port)
+    // A line that has not taken one command keeps nobody waiting for each of the others.
+    if (!port || isRefused_)
         return false;
     unread_.saw(port->takeArrivals(clock_.steadyNow()));
     unread_.commandSent();
-    return port->sendEffectiveString(text);
+    isRefused_ = !port->sendEffectiveString(text);
+    return !isRefused_;
 }
 
 std::optional<QString> BoardExchange::receiveStringUntilOk(int skip)
@@ -179,12 +183,14 @@ void BoardExchange::settle()
             lastByte = now;
             unread_.saw(bytes);
         }
-        const auto patience = unread_.isMissing() ? settle.silence : settle.quiet;
+        auto patience = settle.quiet;
+        if (unread_.isMissing())
+            patience = unread_.boardTalks() ? settle.most : settle.silence;
         until = std::min(lastByte + patience, latest);
         if (now >= until)
             break;
     }
-    unread_.forget();
+    unread_.settled();
 }
 
 } // namespace qovelmor

@@ -48,7 +48,8 @@ public:
     /// Whether the board answers "ver" with anything at all within 0.1 s.
     bool comTest();
 
-    /// Empties the receive queue and sends. NO when the line did not take it.
+    /// Empties the receive queue and sends. NO when the line did not take it, or an earlier one of
+    /// the same turn.
     bool sendString(const QString &text);
     /// Text up to the (skip + 1)-th mark "Ok."; nothing when it does not come in time.
     std::optional<QString> receiveStringUntilOk(int skip);
@@ -71,7 +72,7 @@ public:
 
     /// Before a question: an answer that nobody has read may still be on its way, and its "Ok."
     /// must not be taken for the one of the question. Lets the line fall quiet, for some 20 ms at
-    /// most when the board says nothing.
+    /// most when the board is one that says nothing to orders.
     void settle();
 
 protected:
@@ -90,6 +91,7 @@ private:
 
     std::recursive_mutex turnMutex_; // an operation made of others holds it around them
     int turnDepth_ = 0;
+    bool isRefused_ = false; // the line has not taken a command of this turn
     HeldReports reports_;
     UnreadAnswers unread_;
 

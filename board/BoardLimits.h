@@ -24,8 +24,9 @@ struct SettleLimits
     using Milliseconds = std::chrono::milliseconds;
 
     Milliseconds quiet{3};    ///< after every answer has come: some byte times of silence
-    Milliseconds silence{20}; ///< when answers are missing: the board may be one that gives none
-    Milliseconds most{100};   ///< on a line that never falls silent
+    Milliseconds silence{20}; ///< for missing answers, from a board that gave none lately
+    Milliseconds most{100};   ///< for missing answers of a board that gives them (USB adapters
+                              ///< keep bytes for 16 ms); on a line that never falls silent
 };
 
 /// The limits of a display run.

@@ -133,7 +133,7 @@ void CocoaSerialPort::setOpenProblem(const QString &problem)
 void CocoaSerialPort::close()
 {
     receiver_.stop();
-    line_.drainAndRestore(attributes_);
+    line_.drainAndRestore(attributes_, lineFreeAt_ + limits_.sendSlack);
     closeAtOnce();
 }
 

@@ -76,7 +76,8 @@ public:
     /// Opens the device with this index and starts the receive thread. A failure is said on
     /// standard output (and in openProblem()) and gives NO.
     bool openWithPortNumber(int number);
-    /// Ends the receive thread, waits until output has drained, writes the settings back, closes.
+    /// Ends the receive thread, waits until output has drained (no longer than the line needs for
+    /// it), writes the settings back, closes.
     void close();
     /// Closes without draining and opens the same device again.
     bool reopen();
@@ -106,7 +107,8 @@ public:
     bool sendEffectiveString(const QString &text);
     /// The number of strings sent completely. Any thread.
     int proveCount() const { return proveCount_.load(); }
-    /// When the last byte sent will have left, going by the line's speed.
+    /// When the last byte sent will have left, going by the line's speed; earlier when an answer
+    /// has shown that the line is free.
     Clock::SteadyTime lineFreeAt() const { return lineFreeAt_; }
 
     // Receiving.
@@ -146,6 +148,7 @@ private:
     void loseThePort();
     bool sendBytes(const QByteArray &bytes);
     Clock::SteadyTime waitUntilSent();
+    void answerCame();
     void waitForBytes(Clock::SteadyTime deadline, int moreThan) const;
     Gathering gatherArrived(QByteArray &bytes);
     Gathering takeBuffer(QByteArray &bytes);
@@ -169,7 +172,9 @@ private:
     std::atomic<bool> receiveBreak_ = false;
     std::atomic<bool> open_ = false;
     std::atomic<bool> lost_ = false;
-    std::atomic<bool> silentAtEnd_ = false; ///< an answer has not come since the program ends
+    /// The program ends, and the board did not take a command or did not answer since: nothing is
+    /// waited for any more.
+    std::atomic<bool> silentAtEnd_ = false;
     Clock::SteadyTime lineFreeAt_{};
     // The thread ends before its descriptor is closed and its queue goes away.
     CharacterQue que_;

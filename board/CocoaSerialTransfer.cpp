@@ -52,7 +52,11 @@ bool CocoaSerialPort::sendBytes(const QByteArray &bytes)
         return false;
     lineFreeAt_ =
         std::max(lineFreeAt_, clock_.steadyNow()) + lineTime(bytes.size(), attributes_.baudRate());
-    return line_.write(bytes, lineFreeAt_ + limits_.sendSlack);
+    const bool waits = !silentAtEnd_;
+    const bool sent =
+        line_.write(bytes, waits ? lineFreeAt_ + limits_.sendSlack : clock_.steadyNow());
+    silentAtEnd_ = silentAtEnd_ || (!sent && clock_.sleepsEnded());
+    return sent;
 }
 
 // A reply cannot come before its command has left, so the time for it starts then: when the output
@@ -71,6 +75,13 @@ Clock::SteadyTime CocoaSerialPort::waitUntilSent()
             std::max<Clock::Duration>(lineTime(unsent, attributes_.baudRate()), 1ms);
         waitForBytes(std::min(now + expected, latest), CharacterQue::capacity);
     }
+}
+
+// An answer proves that its command has left: a line that is faster than its nominal speed (a
+// pseudo-terminal is) must not put off the watches of the commands that follow.
+void CocoaSerialPort::answerCame()
+{
+    lineFreeAt_ = std::min(lineFreeAt_, clock_.steadyNow());
 }
 
 void CocoaSerialPort::bufferClear()
@@ -199,12 +210,15 @@ std::optional<QString> CocoaSerialPort::receiveStringMorethan(int count, double 
             return receiveString();
         }
     }
-    return isOpen() ? receiveString() : std::nullopt;
+    if (!isOpen())
+        return std::nullopt;
+    answerCame();
+    return receiveString();
 }
 
 std::optional<QString> CocoaSerialPort::receiveStringUntilEOSWithSkip(int skip)
 {
-    if (!isOpen() || (silentAtEnd_ && clock_.sleepsEnded()))
+    if (!isOpen() || silentAtEnd_)
         return std::nullopt;
     const Watch watch(clock_, limits_.receiveWatch, waitUntilSent());
     QByteArray bytes;
@@ -226,8 +240,10 @@ std::optional<QString> CocoaSerialPort::receiveStringUntilEOSWithSkip(int skip)
             return std::nullopt;
         }
         const QString text = decodeShiftJis(bytes);
-        if (countEOSWithString(text) > skip)
+        if (countEOSWithString(text) > skip) {
+            answerCame();
             return text;
+        }
         waitForBytes(watch.end() + std::chrono::milliseconds(1), 0);
     }
 }

@@ -55,16 +55,23 @@ std::optional<OpenFailure> SerialLine::claimAndConfigure(LineSettings &settings)
 
 void SerialLine::close()
 {
+    // The system's own close would wait for a line that takes nothing, for half a minute.
+    if (unsentBytes() > 0)
+        tcflush(descriptor_, TCOFLUSH);
     if (descriptor_ >= 0)
         ::close(descriptor_);
     descriptor_ = -1;
 }
 
-void SerialLine::drainAndRestore(const LineSettings &settings)
+void SerialLine::drainAndRestore(const LineSettings &settings, Deadline deadline)
 {
     if (!isOpen())
         return;
-    tcdrain(descriptor_);
+    constexpr int step = 5; // ms
+    while (unsentBytes() > 0 && std::chrono::steady_clock::now() < deadline)
+        poll(nullptr, 0, step);
+    if (unsentBytes() == 0)
+        tcdrain(descriptor_);
     tcsetattr(descriptor_, TCSANOW, &settings.record());
 }
 

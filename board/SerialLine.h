@@ -26,11 +26,12 @@ public:
     /// baud and writes them back. Nothing on success; on a failure the line is closed again.
     std::optional<OpenFailure> open(const QByteArray &path, LineSettings &settings);
 
-    /// Closes at once; what has not left yet is the system's business.
+    /// Closes at once; what has not left yet is given up.
     void close();
 
-    /// Waits until all output has left and writes the settings back, with immediate effect.
-    void drainAndRestore(const LineSettings &settings);
+    /// Waits until all output has left, but not beyond the deadline, and writes the settings back
+    /// with immediate effect.
+    void drainAndRestore(const LineSettings &settings, Deadline deadline);
 
     bool isOpen() const { return descriptor_ >= 0; }
     int descriptor() const { return descriptor_; }

@@ -17,6 +17,12 @@ void UnreadAnswers::saw(const QByteArray &bytes)
     tail_ = tail_.sliced(read).right(mark.size() - 1);
 }
 
+void UnreadAnswers::settled()
+{
+    boardTalks_ = !isMissing();
+    forget();
+}
+
 void UnreadAnswers::forget()
 {
     missing_ = 0;

@@ -34,6 +34,7 @@ private Q_SLOTS:
     void exchangesOfManyThreads_areWhole();
     void lostPort_isToldOnceAndAfterTheExchange();
     void anyReply_isBoundedAndHarmless();
+    void lineThatTakesNothing_keepsAnExchangeWaitingOnce();
 };
 
 void BoardExchangeTest::open_greetsTheBoard()
@@ -192,6 +193,8 @@ void BoardExchangeTest::lateAnswerOfAnOrder_isNotTheQuestions_data()
     QTest::addColumn<bool>("bytewise");
     QTest::newRow("talkative") << false << 0 << 0 << false;
     QTest::newRow("talkative, slow to answer") << false << 0 << 8 << false;
+    QTest::newRow("talkative, behind an adapter that keeps its bytes for a while")
+        << false << 0 << 40 << false;
     QTest::newRow("talkative, single bytes") << false << 0 << 0 << true;
     QTest::newRow("talkative, line's speed") << false << 1920 << 0 << false;
     QTest::newRow("talkative, line's speed, slow to answer") << false << 1920 << 8 << false;
@@ -207,9 +210,7 @@ void BoardExchangeTest::lateAnswerOfAnOrder_isNotTheQuestions()
     QFETCH(bool, bytewise);
     BoardLimits limits = shortBoardLimits();
     limits.port.receiveWatch = 1000ms;
-    // The scripted board reads and answers in turn, on a machine that may be busy.
-    limits.settle.silence = 100ms;
-    limits.settle.most = 500ms;
+    limits.settle.most = 500ms; // the board has a thread of its own, on a machine that may be busy
     BoardBench b({.kind = quiet ? ScriptedBoard::Kind::Quiet : ScriptedBoard::Kind::Talkative,
                   .bytesPerSecond = bytesPerSecond,
                   .delay = std::chrono::milliseconds(delay),
@@ -305,6 +306,7 @@ void BoardExchangeTest::exchangesOfManyThreads_areWhole()
         [](const QByteArray &line) { return "D " + line.mid(line.lastIndexOf(' ') + 1) + "\r\n"; });
     std::atomic<int> wrong = 0;
     std::vector<std::thread> threads;
+    threads.reserve(4);
     for (int t = 0; t < 4; ++t) {
         threads.emplace_back([&, t] {
             for (int i = 0; i < 100; ++i) {
@@ -325,6 +327,7 @@ void BoardExchangeTest::lostPort_isToldOnceAndAfterTheExchange()
     b.far.hangUp();
     StdoutCapture quiet;
     std::vector<std::thread> threads;
+    threads.reserve(4);
     for (int t = 0; t < 4; ++t)
         threads.emplace_back([&b] { b.system.sc_mode(); });
     for (std::thread &thread : threads)
@@ -377,6 +380,25 @@ void BoardExchangeTest::anyReply_isBoundedAndHarmless()
         QVERIFY(steady_clock::now() - start < 3s);
         QVERIFY(b.system.isPortOpen());
     }
+}
+
+// The image of a wide board is many lines; each of them waiting for room would take a minute.
+void BoardExchangeTest::lineThatTakesNothing_keepsAnExchangeWaitingOnce()
+{
+    BoardBench b;
+    b.far.stopReading();
+    b.system.serial()->attributes().setBaudRate(921600); // that many bytes would need seconds
+    for (const int size : {2000, 1}) {
+        while (b.system.sendString(QString(size, u'x'))) {
+        }
+    }
+    b.log.takeLines();
+    const int sent = b.system.proveCount();
+    const auto start = steady_clock::now();
+    QCOMPARE(b.system.sc_data(QByteArray(1280 * 2, '\1')), -1); // 40 modules, 80 lines
+    QVERIFY(steady_clock::now() - start < 3s);
+    QCOMPARE(b.system.proveCount(), sent);
+    QCOMPARE(b.log.lines(), QStringList(u"watch CocoaSerialPort:receiveStringUntilEOSWithSkip"_s));
 }
 
 QTEST_GUILESS_MAIN(BoardExchangeTest)

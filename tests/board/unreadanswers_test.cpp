@@ -15,6 +15,7 @@ private Q_SLOTS:
     void aMarkCutInTwoCountsOnce();
     void marksBeyondTheCommands_areNotSavedUp();
     void forget_startsOver();
+    void kindOfTheBoard_isLearnt();
 };
 
 void UnreadAnswersTest::eachCommandNeedsItsMark()
@@ -60,6 +61,20 @@ void UnreadAnswersTest::forget_startsOver()
     unread.commandSent();
     unread.saw(".");
     QVERIFY(unread.isMissing());
+}
+
+void UnreadAnswersTest::kindOfTheBoard_isLearnt()
+{
+    UnreadAnswers unread;
+    QVERIFY(unread.boardTalks());
+    unread.commandSent();
+    unread.settled();
+    QVERIFY(!unread.boardTalks());
+    QVERIFY(!unread.isMissing());
+    unread.commandSent();
+    unread.saw("Ok.");
+    unread.settled();
+    QVERIFY(unread.boardTalks());
 }
 
 QTEST_APPLESS_MAIN(UnreadAnswersTest)

@@ -74,6 +74,9 @@ public:
         return std::exchange(lines_, {});
     }
 
+    /// From now on nothing is read, and so nothing answered.
+    void stopReading() { stop(); }
+
     /// Pulls the cable.
     void hangUp()
     {
