@@ -186,6 +186,12 @@ void FeedTableModelTest::drag_withinTheTable()
     QVERIFY(!canDrop(-1)); // below the last row, where it stands
     QVERIFY(canDrop(-1, table.model->index(0, 0)));
 
+    QMimeData ofAnotherProgram; // its row 2 is not ours
+    const QString type = table.model->mimeTypes().constFirst();
+    ofAnotherProgram.setData(type + u'0', "2");
+    QVERIFY(!table.model->canDropMimeData(&ofAnotherProgram, Qt::MoveAction, 0, 0, {}));
+    QVERIFY(!table.model->dropMimeData(&ofAnotherProgram, Qt::MoveAction, 0, 0, {}));
+
     QVERIFY(!table.model->dropMimeData(drag.get(), Qt::MoveAction, 3, 0, {}));
     QVERIFY(table.model->dropMimeData(drag.get(), Qt::MoveAction, 0, 0, {}));
     QCOMPARE(table.text(0, FeedTableModel::Name), u"C"_s);
