@@ -331,9 +331,8 @@ QString RSSReader::linkAtIndex(int index) const
     return entryAt(results()->items.links, index, u"linkAtIndex");
 }
 
-ItemRecord RSSReader::headlineAtIndex(int index) const
+ItemRecord RSSReader::record(const Results &read, int index) const
 {
-    const ResultsSnapshot read = results();
     bool isComplete = true; // only the first list that is too short is logged
     int number = 0;
     const auto entry = [&](const std::vector<QString> &list) {
@@ -345,21 +344,27 @@ ItemRecord RSSReader::headlineAtIndex(int index) const
         return u""_s;
     };
     ItemRecord record;
-    record.headline = entry(read->items.titles);
-    record.date = entry(read->items.dates);
-    record.description = entry(read->items.descriptions);
+    record.headline = entry(read.items.titles);
+    record.date = entry(read.items.dates);
+    record.description = entry(read.items.descriptions);
     record.siteName = name().value_or(u""_s);
-    record.link = entry(read->items.links);
+    record.link = entry(read.items.links);
     return record;
+}
+
+ItemRecord RSSReader::headlineAtIndex(int index) const
+{
+    return record(*results(), index);
 }
 
 std::vector<ItemRecord> RSSReader::headlines() const
 {
-    const int total = count();
+    const ResultsSnapshot read = results(); // all of one read
+    const int total = static_cast<int>(read->items.titles.size());
     std::vector<ItemRecord> records;
     records.reserve(static_cast<std::size_t>(total));
     for (int i = 0; i < total; ++i)
-        records.push_back(headlineAtIndex(i));
+        records.push_back(record(*read, i));
     return records;
 }
 

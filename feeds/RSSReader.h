@@ -104,6 +104,7 @@ private:
     using ResultsSnapshot = std::shared_ptr<const Results>;
 
     ResultsSnapshot results() const;
+    ItemRecord record(const Results &read, int index) const;
     bool holdsCurrentItems() const;
     FeedRequest itemsRequest() const;
     int takeDocument(const LoadedFeed &feed);
