@@ -5,12 +5,12 @@
 
 namespace qovelmor::benchfeeds {
 
-/// A description of about 1,400 bytes, as news sites write them: mark-up inside CDATA.
+/// A description of about 1,800 bytes, as news sites write them: mark-up inside CDATA.
 inline QByteArray description(int index)
 {
     const QByteArray sentence = "これは見出しに続く本文の例です。新しい知らせが届きました。";
     return "<![CDATA[<p>" + sentence.repeated(5) + "</p>\n<a href=\"http://example.com/more/" +
-           QByteArray::number(index) + "\">続きを読む</a>" + sentence.repeated(10) + "<br/>]]>";
+           QByteArray::number(index) + "\">続きを読む</a>" + sentence.repeated(15) + "<br/>]]>";
 }
 
 inline QByteArray items(int format, int count)

@@ -28,7 +28,7 @@ public:
 
     FeedLoad load(const FeedRequest &) override
     {
-        XmlParseResult result = XmlDocument::parse(bytes_);
+        XmlParseResult result = XmlDocument::parse(bytes_, {}, feedContainers());
         return LoadedFeed{std::make_shared<const XmlFeedDocument>(std::move(result.document)), {}};
     }
 

@@ -234,7 +234,16 @@ int offsetHours(const QString &text, int type)
 
 QString dateText(int month, int day, int hour, int minute)
 {
-    return QString::asprintf("%02d/%02d %02d:%02d", month, day, hour, minute);
+    QString text = u"00/00 00:00"_s;
+    const auto put = [&text](qsizetype at, int value) {
+        text[at] = QChar(u'0' + value / 10);
+        text[at + 1] = QChar(u'0' + value % 10);
+    };
+    put(0, month);
+    put(3, day);
+    put(6, hour);
+    put(9, minute);
+    return text;
 }
 
 QString convertFeedDate(const QString &text, int type)

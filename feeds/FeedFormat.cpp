@@ -39,6 +39,13 @@ std::span<const FeedFormat> feedFormats()
     return formats;
 }
 
+std::span<const std::string_view> feedContainers()
+{
+    using namespace std::string_view_literals;
+    static constexpr std::array names{"rss"sv, "RDF"sv, "feed"sv, "channel"sv, "item"sv, "entry"sv};
+    return names;
+}
+
 const FeedFormat *feedFormat(int format)
 {
     const auto found =

@@ -37,6 +37,9 @@ struct FeedFormat
 /// The kinds in the order in which a document is tried for them: RSS 2.0, RSS 1.0, Atom.
 std::span<const FeedFormat> feedFormats();
 
+/// The elements of all kinds that hold other elements and no text of their own.
+std::span<const std::string_view> feedContainers();
+
 /// Null for a number that is no kind.
 const FeedFormat *feedFormat(int format);
 

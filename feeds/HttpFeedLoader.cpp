@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "feeds/HttpFeedLoader.h"
 
+#include "feeds/FeedFormat.h"
 #include "platform/SystemLog.h"
 
 #include <algorithm>
@@ -38,7 +39,7 @@ QString domainOf(HttpError::Kind kind)
 
 FeedLoad parsed(const FeedBytes &bytes)
 {
-    XmlParseResult result = XmlDocument::parse(bytes.body, bytes.charset);
+    XmlParseResult result = XmlDocument::parse(bytes.body, bytes.charset, feedContainers());
     if (!result.document)
         return ReadError{result.failure.line, xmlDomain,
                          u"%1行目: %2"_s.arg(result.failure.line).arg(result.failure.cause)};

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "platform/XmlDocument.h"
 
+#include "platform/Utf8.h"
 #include "platform/XmlEncoding.h"
 #include "platform/XmlLimits.h"
 #include "platform/XmlPath.h"
+#include "platform/XmlPathIndex.h"
 #include "platform/XmlTagScan.h"
 #include "platform/XmlTreeBuilder.h"
 
@@ -33,7 +35,7 @@ const xmlChar *xmlText(const QByteArray &text)
 
 QString fromXml(const xmlChar *text)
 {
-    return QString::fromUtf8(reinterpret_cast<const char *>(text));
+    return fromCheckedUtf8(reinterpret_cast<const char *>(text));
 }
 
 /// The text of a document with what is forgiven taken away, and the lines that went with it.
@@ -143,14 +145,17 @@ bool XmlNode::hasChildElement(std::string_view name) const
     return false;
 }
 
-XmlDocument::XmlDocument(_xmlDoc *document) : document_(document) {}
+XmlDocument::XmlDocument(_xmlDoc *document)
+    : document_(document), paths_(std::make_unique<XmlPathIndex>(*document))
+{}
 
 XmlDocument::~XmlDocument()
 {
     ::xmlFreeDoc(document_);
 }
 
-XmlParseResult XmlDocument::parse(const QByteArray &bytes, const QByteArray &charset)
+XmlParseResult XmlDocument::parse(const QByteArray &bytes, const QByteArray &charset,
+                                  std::span<const std::string_view> containers)
 {
     const auto failed = [](int line, const QString &cause) {
         return XmlParseResult{nullptr, {std::max(line, 1), cause}};
@@ -176,7 +181,7 @@ XmlParseResult XmlDocument::parse(const QByteArray &bytes, const QByteArray &cha
     if (crowded != std::string_view::npos)
         return failed(prepared.linesBefore + lineAt(prepared.text, crowded),
                       u"属性の多すぎる要素があります。"_s);
-    const XmlTree tree = buildXmlTree(prepared.text);
+    const XmlTree tree = buildXmlTree(prepared.text, containers);
     if (!tree.document)
         return failed(prepared.linesBefore + tree.line, causeOf(tree));
     return {std::unique_ptr<const XmlDocument>(new XmlDocument(tree.document)), {}};
@@ -186,8 +191,8 @@ XmlQueryResult XmlDocument::nodesForXPath(std::string_view query) const
 {
     XmlQueryResult result;
     if (const auto path = XmlPath::from(query)) {
-        for (const _xmlNode *node : path->nodesIn(*document_))
-            result.nodes.emplace_back(node);
+        const auto nodes = paths_->nodesAt(path->steps());
+        result.nodes = {nodes.begin(), nodes.end()};
         return result;
     }
     const std::unique_ptr<xmlXPathContext, FreeXPath> context(::xmlXPathNewContext(document_));

@@ -5,6 +5,7 @@
 #include <QString>
 
 #include <memory>
+#include <span>
 #include <string_view>
 #include <vector>
 
@@ -12,6 +13,8 @@ struct _xmlDoc;
 struct _xmlNode;
 
 namespace qovelmor {
+
+class XmlPathIndex;
 
 /// One element or attribute of an XmlDocument, valid as long as the document lives.
 class XmlNode
@@ -66,20 +69,24 @@ class XmlDocument
 {
 public:
     /// `charset` is that of the transport and may be empty; decodeXml() tells which encoding
-    /// counts.
-    static XmlParseResult parse(const QByteArray &bytes, const QByteArray &charset = {});
+    /// counts. White space directly inside elements that are named in `containers` is layout and
+    /// no part of the tree.
+    static XmlParseResult parse(const QByteArray &bytes, const QByteArray &charset = {},
+                                std::span<const std::string_view> containers = {});
 
     ~XmlDocument();
     XmlDocument(const XmlDocument &) = delete;
     XmlDocument &operator=(const XmlDocument &) = delete;
 
-    /// Evaluated from the document, so that "feed/entry" and "/feed/entry" mean the same.
+    /// Evaluated from the document, so that "feed/entry" and "/feed/entry" mean the same. For one
+    /// thread at a time: answers are remembered.
     XmlQueryResult nodesForXPath(std::string_view query) const;
 
 private:
     explicit XmlDocument(_xmlDoc *document);
 
     _xmlDoc *document_;
+    const std::unique_ptr<XmlPathIndex> paths_;
 };
 
 } // namespace qovelmor

@@ -75,30 +75,4 @@ bool XmlPath::matches(const _xmlNode &node, const Step &step)
     return step.prefix.empty() ? !space : space && equals(space->prefix, step.prefix);
 }
 
-void XmlPath::collect(const _xmlNode *first, std::size_t depth,
-                      std::vector<const _xmlNode *> &nodes) const
-{
-    const Step &step = steps_[depth];
-    const xmlElementType type = step.isAttribute ? XML_ATTRIBUTE_NODE : XML_ELEMENT_NODE;
-    const bool isLast = depth + 1 == steps_.size();
-    for (const _xmlNode *node = first; node; node = node->next) {
-        if (node->type != type || !matches(*node, step))
-            continue;
-        if (isLast)
-            nodes.push_back(node);
-        else if (steps_[depth + 1].isAttribute)
-            collect(reinterpret_cast<const _xmlNode *>(node->properties), depth + 1, nodes);
-        else
-            collect(node->children, depth + 1, nodes);
-    }
-}
-
-std::vector<const _xmlNode *> XmlPath::nodesIn(const _xmlDoc &document) const
-{
-    std::vector<const _xmlNode *> nodes;
-    if (!steps_.front().isAttribute) // a document has no attributes of its own
-        collect(document.children, 0, nodes);
-    return nodes;
-}
-
 } // namespace qovelmor

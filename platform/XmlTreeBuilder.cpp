@@ -9,11 +9,13 @@
 #include <libxml/parserInternals.h>
 #include <time.h>
 
+#include <algorithm>
 #include <array>
 #include <cstring>
 #include <memory>
 #include <mutex>
 #include <unordered_map>
+#include <vector>
 
 namespace qovelmor {
 
@@ -39,7 +41,14 @@ std::chrono::nanoseconds threadTime()
 class Builder
 {
 public:
-    explicit Builder(xmlParserCtxtPtr parser) : parser_(parser) {}
+    Builder(xmlParserCtxtPtr parser, std::span<const std::string_view> containers) : parser_(parser)
+    {
+        containers_.reserve(containers.size());
+        for (const std::string_view name : containers)
+            containers_.push_back(::xmlDictLookup(parser->dict,
+                                                  reinterpret_cast<const xmlChar *>(name.data()),
+                                                  static_cast<int>(name.size())));
+    }
 
     XmlBreak reason() const { return reason_; }
 
@@ -70,6 +79,16 @@ public:
         if (entityBytes_ > xmllimits::entityBytes)
             stop(parser, XmlBreak::TooLarge);
         return spend(parser, static_cast<std::size_t>(entity.length));
+    }
+
+    /// White space between the parts of a container is layout. A third of all nodes of a feed
+    /// would be such text, and each query would walk past it.
+    bool isLayout(const xmlNode *parent, std::string_view text) const
+    {
+        return parent &&
+               std::find(containers_.begin(), containers_.end(), parent->name) !=
+                   containers_.end() &&
+               text.find_first_not_of(" \t\r\n") == std::string_view::npos;
     }
 
     /// The namespace that stands for a prefix; `prefix` comes from the parser's dictionary, so its
@@ -119,6 +138,7 @@ private:
     };
 
     xmlParserCtxtPtr parser_;
+    std::vector<const xmlChar *> containers_; ///< names of the parser's dictionary
     XmlBreak reason_ = XmlBreak::None;
     std::size_t treeBytes_ = 0;
     std::size_t entityBytes_ = 0;
@@ -186,21 +206,25 @@ void startElement(void *context, const xmlChar *name, const xmlChar *prefix, con
     }
 }
 
-void characters(void *context, const xmlChar *text, int length)
-{
-    const xmlParserCtxtPtr parser = parserOf(context);
-    const bool isNew =
-        parser->node && (!parser->node->last || parser->node->last->type != XML_TEXT_NODE);
-    const std::size_t cost = (isNew ? textCost : 0) + static_cast<std::size_t>(length);
-    if (builderOf(parser).spend(parser, cost))
-        ::xmlSAX2Characters(context, text, length);
-}
-
 /// Comments and instructions are no part of the tree, but reading them takes time as well.
 void leaveOut(void *context, const xmlChar *)
 {
     const xmlParserCtxtPtr parser = parserOf(context);
     builderOf(parser).spend(parser, 0);
+}
+
+void characters(void *context, const xmlChar *text, int length)
+{
+    const xmlParserCtxtPtr parser = parserOf(context);
+    Builder &builder = builderOf(parser);
+    if (builder.isLayout(parser->node,
+                         {reinterpret_cast<const char *>(text), static_cast<std::size_t>(length)}))
+        return leaveOut(context, text);
+    const bool isNew =
+        parser->node && (!parser->node->last || parser->node->last->type != XML_TEXT_NODE);
+    const std::size_t cost = (isNew ? textCost : 0) + static_cast<std::size_t>(length);
+    if (builder.spend(parser, cost))
+        ::xmlSAX2Characters(context, text, length);
 }
 
 void leaveOutInstruction(void *context, const xmlChar *target, const xmlChar *)
@@ -283,7 +307,7 @@ QByteArray xmlNamespaceOfPrefix(std::string_view prefix)
     return QByteArray("prefix:").append(prefix.data(), static_cast<qsizetype>(prefix.size()));
 }
 
-XmlTree buildXmlTree(std::string_view utf8)
+XmlTree buildXmlTree(std::string_view utf8, std::span<const std::string_view> containers)
 {
     prepareLibrary();
     struct Free
@@ -292,7 +316,7 @@ XmlTree buildXmlTree(std::string_view utf8)
     };
     const std::unique_ptr<xmlParserCtxt, Free> parser(::xmlNewParserCtxt());
     XmlTree tree;
-    Builder builder(parser.get());
+    Builder builder(parser.get(), containers);
     parser->_private = &builder;
     setHandlers(*parser->sax);
     // Entities replaced, CDATA as text, no network. Never HUGE (entities grow without bound),

@@ -3,6 +3,7 @@
 
 #include <QByteArray>
 
+#include <span>
 #include <string_view>
 
 struct _xmlDoc;
@@ -22,8 +23,8 @@ struct XmlTree
 
 /// Parses UTF-8 into a tree whose elements and attributes stand in one made-up namespace for each
 /// prefix, as written: those without a prefix in none. Comments and processing instructions are
-/// left out.
-XmlTree buildXmlTree(std::string_view utf8);
+/// left out, and so is the white space directly inside elements that are named in `containers`.
+XmlTree buildXmlTree(std::string_view utf8, std::span<const std::string_view> containers);
 
 /// The name of the made-up namespace for a prefix.
 QByteArray xmlNamespaceOfPrefix(std::string_view prefix);

@@ -8,6 +8,7 @@
 #include <sys/resource.h>
 #include <time.h>
 
+#include <array>
 #include <optional>
 
 using namespace qovelmor;
@@ -154,6 +155,46 @@ private Q_SLOTS:
         QVERIFY(result.document->nodesForXPath("/a[").errorCode != 0);
         QVERIFY(result.document->nodesForXPath("1 + 1").errorCode != 0);
         QCOMPARE(result.document->nodesForXPath("/b").errorCode, 0);
+    }
+
+    void layout_isLeftOutOfContainersOnly()
+    {
+        constexpr std::array<std::string_view, 2> containers{"rss", "item"};
+        const auto result = XmlDocument::parse(
+            "<rss>\n <item>\n  <title> <b>a</b> <i>b</i>\n</title>\tkept\n</item> </rss>", {},
+            containers);
+        const auto value = [&](const char *query) {
+            return result.document->nodesForXPath(query).nodes.front().stringValue();
+        };
+        QCOMPARE(value("/rss/item/title"), u" a b\n"_s);
+        QCOMPARE(value("/rss/item"), u" a b\n\tkept\n"_s);
+        QCOMPARE(value("/rss"), u" a b\n\tkept\n"_s);
+    }
+
+    // Answers are remembered from question to question.
+    void manyQueries_onOneDocument()
+    {
+        QByteArray xml = "<r><q/><p><a>1</a><x:a>2</x:a><b c='3'/></p><q/><p><a>4</a></p>";
+        for (int i = 0; i < 100'000; ++i)
+            xml += "<n" + QByteArray::number(i) + "/>";
+        const auto result = XmlDocument::parse(xml + "</r>");
+        const auto all = [&](const char *query) {
+            QStringList list;
+            for (const XmlNode &node : result.document->nodesForXPath(query).nodes)
+                list.append(node.stringValue());
+            return list;
+        };
+        const double start = threadSeconds();
+        for (int round = 0; round < 2; ++round) {
+            QCOMPARE(all("/r/p/a"), QStringList({u"1"_s, u"4"_s}));
+            QCOMPARE(all("r/p/x:a"), QStringList(u"2"_s));
+            QCOMPARE(all("/r/p/b/@c"), QStringList(u"3"_s));
+            QCOMPARE(all("/r/p/none"), QStringList());
+            QCOMPARE(all("/r/none/a"), QStringList());
+            QCOMPARE(all("/r/p").size(), 2);
+            QCOMPARE(all("/r/n99999").size(), 1);
+        }
+        QVERIFY(threadSeconds() - start < 1.0); // not with the square of the names
     }
 
     void hasChildElement()
