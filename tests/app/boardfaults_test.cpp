@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
+#include "BoardPictures.h"
 #include "RunningProgram.h"
 #include "tests/support/HttpServer.h"
 #include "tools/qovelmorboard/SimulatedBoard.h"
 
+#include <QGuiApplication>
 #include <QTest>
 
 using namespace qovelmor;
@@ -30,9 +32,18 @@ QByteArray longLines()
         .toUtf8();
 }
 
-std::unique_ptr<SimulatedBoard> makeBoard(const QByteArray &faults)
+QStringList shownLines()
+{
+    QStringList lines;
+    for (const QChar number : u"一二三"_s)
+        lines << u"第%1の長い見出しが電光掲示板の上を流れます 11/21 09:30【町】"_s.arg(number);
+    return lines;
+}
+
+std::unique_ptr<SimulatedBoard> makeBoard(const QByteArray &faults, const QString &link = {})
 {
     SimulatedBoardOptions options;
+    options.link = link.toStdString();
     options.throttled = false;
     options.firmware.speedFactor = 1000.0;
     if (auto orders = Misbehaviour::parse(faults.toStdString()); orders && !faults.isEmpty())
@@ -42,6 +53,35 @@ std::unique_ptr<SimulatedBoard> makeBoard(const QByteArray &faults)
     if (!board)
         qWarning("%s", error.c_str());
     return board;
+}
+
+bool isScrolling(const BoardView &view)
+{
+    return view.mode == DisplayMode::Scrolling || view.mode == DisplayMode::Waiting;
+}
+
+/// The command lines that carry a picture, sixteen columns each.
+QStringList dataLines(const BoardColumns &columns)
+{
+    QStringList lines;
+    for (std::size_t x = 0; x < columns.size(); ++x) {
+        if (x % 16 == 0)
+            lines.append(u"sc_data "_s);
+        lines.last() += u"%1 "_s.arg(columns[x], 4, 16, QChar(u'0'));
+    }
+    return lines;
+}
+
+/// What the board was sent of its lines, without what was sent again.
+QStringList sentData(const SimulatedBoard &board)
+{
+    QStringList sent;
+    for (const std::string &line : board.lines()) {
+        const QString text = QString::fromStdString(line);
+        if (text.startsWith(u"sc_data ") && (sent.isEmpty() || sent.last() != text))
+            sent << text;
+    }
+    return sent;
 }
 
 qsizetype linesShown(const RunningProgram &program)
@@ -61,7 +101,9 @@ private Q_SLOTS:
     void faultAtLaunch();
     void faultDuringALine_data();
     void faultDuringALine();
-    void hangUpForGood_isSaidAndTheSignalStillEndsTheProgram();
+    void scrollThatNeverEnds_isCutOffAfterThirtySeconds();
+    void portThatComesBack_isOpenedAgainAndNoTextIsLost();
+    void hangUpForGood_isSaidOnceAndTheSignalStillEndsTheProgram();
 
 private:
     void prepare(RunningProgram &program, const SimulatedBoard &board) const;
@@ -132,8 +174,12 @@ void BoardFaultsTest::faultDuringALine_data()
     QTest::addColumn<QByteArray>("faults");
     QTest::addColumn<QString>("sign"); // in the log book; empty: more commands have come
     const QString stalled = u"ループ強制ブレイク対応:VelmorSystem:showThread 1"_s;
+    const QString unanswered =
+        u"ループ強制ブレイク対応:CocoaSerialPort:receiveStringUntilEOSWithSkip"_s;
     QTest::newRow("mute") << QByteArray("mute") << stalled;
-    QTest::newRow("leaves Ok. out") << QByteArray("no-ok") << QString();
+    QTest::newRow("leaves Ok. out") << QByteArray("no-ok") << unanswered;
+    QTest::newRow("answers too late") << QByteArray("late=1500") << unanswered;
+    QTest::newRow("deaf for good") << QByteArray("deaf=0") << unanswered;
     QTest::newRow("answers late") << QByteArray("late=300") << QString();
     QTest::newRow("byte by byte") << QByteArray("bytewise=2") << QString();
     QTest::newRow("noise") << QByteArray("noise=10") << QString();
@@ -155,9 +201,6 @@ void BoardFaultsTest::faultDuringALine()
     RunningProgram program;
     prepare(program, *board);
     QVERIFY(program.start());
-    const auto isScrolling = [](const BoardView &view) {
-        return view.mode == DisplayMode::Scrolling || view.mode == DisplayMode::Waiting;
-    };
     QVERIFY(board->waitUntil(isScrolling, 20s));
 
     QVERIFY(board->misbehave(faults.toStdString()));
@@ -176,22 +219,86 @@ void BoardFaultsTest::faultDuringALine()
     QVERIFY(board->waitUntil(isScrolling, 20s));
     QVERIFY(board->misbehave(faults.toStdString()));
     endInOrder(program);
+    QVERIFY(!program.output().contains("Error opening")); // each time-out was healed
 }
 
-void BoardFaultsTest::hangUpForGood_isSaidAndTheSignalStillEndsTheProgram()
+void BoardFaultsTest::scrollThatNeverEnds_isCutOffAfterThirtySeconds()
+{
+    const auto board = makeBoard("endless");
+    QVERIFY(board);
+    RunningProgram program;
+    prepare(program, *board);
+    QVERIFY(program.start());
+    QVERIFY(board->waitUntil([](const BoardView &view) { return view.mode == DisplayMode::Ended; },
+                             20s));
+    QElapsedTimer timer;
+    timer.start();
+    QTRY_VERIFY2_WITH_TIMEOUT(
+        program.logBook().contains(u"ループ強制ブレイク対応:VelmorSystem:showThread 3"_s),
+        qPrintable(program.logBook()), 60'000);
+    QVERIFY(timer.elapsed() > 25'000);
+    QTRY_VERIFY_WITH_TIMEOUT(linesShown(program) >= 2, happensSoon); // the next line has begun
+    endInOrder(program);
+}
+
+// The board hangs up in the middle of a line and is back before the time-out: the port is opened
+// by the path that it was opened by, the piece whose answer is missing is sent again, and the text
+// on the board has no hole.
+void BoardFaultsTest::portThatComesBack_isOpenedAgainAndNoTextIsLost()
+{
+    QTemporaryDir folder;
+    const QString link = folder.filePath(u"board"_s);
+    const auto board = makeBoard({}, link);
+    QVERIFY(board);
+    RunningProgram program;
+    prepare(program, *board);
+    program.setBoard(link.toStdString());
+    program.set(u"DispMessageOrder"_s, 1);
+    QVERIFY(program.start());
+    QVERIFY(board->waitUntil(isScrolling, 20s));
+    for (int round = 0; round < 2; ++round) {
+        const qsizetype shown = linesShown(program);
+        QVERIFY(board->misbehave("hangup=200@3")); // after two more commands
+        QVERIFY(board->waitUntil([](const BoardView &view) { return view.path.empty(); }, 20s));
+        QVERIFY(board->waitUntil([](const BoardView &view) { return !view.path.empty(); }, 20s));
+        QTRY_VERIFY2_WITH_TIMEOUT(linesShown(program) >= shown + 2, qPrintable(program.logBook()),
+                                  happensSoon);
+        QVERIFY(board->waitUntil(isScrolling, 20s));
+    }
+    const QString log = program.logBook();
+    QVERIFY2(log.contains(u"CocoaSerialPort:receiveStringUntilEOSWithSkip"_s), qPrintable(log));
+    QVERIFY(!log.contains(u"showThread"_s));
+    QVERIFY(!program.output().contains("Error opening"));
+    endInOrder(program);
+
+    QStringList expected; // the passes over the list follow each other
+    QStringList pass;
+    for (const BoardColumns &picture : linePictures(shownLines(), {}))
+        pass += dataLines(picture);
+    const QStringList sent = sentData(*board);
+    while (expected.size() < sent.size())
+        expected += pass;
+    QVERIFY(sent.size() > pass.size());
+    QCOMPARE(sent, expected.first(sent.size()));
+}
+
+// The alert itself, and what its button does: portloss_test.
+void BoardFaultsTest::hangUpForGood_isSaidOnceAndTheSignalStillEndsTheProgram()
 {
     const auto board = makeBoard({});
     QVERIFY(board);
     RunningProgram program;
     prepare(program, *board);
     QVERIFY(program.start());
-    QVERIFY(board->waitUntil(
-        [](const BoardView &view) { return view.mode == DisplayMode::Scrolling; }, 20s));
+    QVERIFY(board->waitUntil(isScrolling, 20s));
     board->hangUp();
     QTRY_VERIFY2_WITH_TIMEOUT(program.output().contains("Error opening serial port"),
                               program.output().constData(), happensSoon);
+    board->comeBack(); // too late: nobody opens it
+    QVERIFY(board->waitUntil([](const BoardView &view) { return !view.path.empty(); }, 20s));
     endInOrder(program);
+    QCOMPARE(program.output().count("Error opening serial port"), 1);
 }
 
-QTEST_GUILESS_MAIN(BoardFaultsTest)
+QTEST_MAIN(BoardFaultsTest)
 #include "boardfaults_test.moc"
