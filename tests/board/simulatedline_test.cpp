@@ -1,0 +1,121 @@
+// SPDX-License-Identifier: MIT
+#include "board/ColumnWords.h"
+#include "tests/board/BoardBench.h"
+#include "tests/board/RunBench.h"
+#include "tools/qovelmorboard/SimulatedBoard.h"
+
+using namespace qovelmor;
+using namespace qovelmor::simboard;
+using namespace std::chrono_literals;
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+/// The link, with the real limits, and the simulated board at its far end.
+struct SimulatedBench
+{
+    SimulatedBench(bool talks, bool throttled)
+    {
+        SimulatedBoardOptions options;
+        options.throttled = throttled;
+        options.firmware.kind = talks ? BoardKind::Talkative : BoardKind::Quiet;
+        options.firmware.speedFactor = 50.0;
+        std::string error;
+        board = SimulatedBoard::create(options, error);
+        if (!board)
+            qFatal("%s", error.c_str());
+        BoardLimits limits;
+        limits.settle.most = 1000ms; // the board is a thread of its own, on a machine that is busy
+        system = std::make_unique<VelmorSystem>(clock, limits, [this](SerialDeviceType) {
+            return SerialLookup{0, false, {QByteArray::fromStdString(board->path())}};
+        });
+        system->setMessageList(&log);
+        system->setPortLoss(&log);
+        StdoutCapture quiet;
+        if (!system->openSerialPortWithNumber(0) || !system->comTest())
+            qFatal("no board");
+    }
+
+    static std::vector<ColumnWord> words(const VelmorBitmap &bitmap)
+    {
+        std::vector<ColumnWord> words;
+        const QByteArray bytes = columnWords(bitmap, true);
+        for (qsizetype i = 0; i + 1 < bytes.size(); i += 2)
+            words.push_back(static_cast<ColumnWord>(static_cast<quint8>(bytes[i]) << 8 |
+                                                    static_cast<quint8>(bytes[i + 1])));
+        return words;
+    }
+
+    SystemClock clock;
+    RecordingLog log;
+    std::unique_ptr<SimulatedBoard> board;
+    std::unique_ptr<VelmorSystem> system;
+};
+
+void kindsAndSpeeds()
+{
+    QTest::addColumn<bool>("talks");
+    QTest::addColumn<bool>("throttled");
+    QTest::newRow("board that says Ok. after every command") << true << false;
+    QTest::newRow("board that says Ok. after every command, at the line's speed") << true << true;
+    QTest::newRow("board that answers questions only") << false << false;
+    QTest::newRow("board that answers questions only, at the line's speed") << false << true;
+}
+
+} // namespace
+
+/// Display runs with the real limits over a true line, against both kinds of board.
+class SimulatedLineTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void everyLineScrollsOut_data() { kindsAndSpeeds(); }
+    void everyLineScrollsOut();
+    void standingImageOfAWideBoard_arrivesWhole_data() { kindsAndSpeeds(); }
+    void standingImageOfAWideBoard_arrivesWhole();
+};
+
+// The "Ok." of "sc_end 1", taken for the answer to "sc_mode", would read as 0 and end the line
+// before it has scrolled out.
+void SimulatedLineTest::everyLineScrollsOut()
+{
+    QFETCH(bool, talks);
+    QFETCH(bool, throttled);
+    SimulatedBench b(talks, throttled);
+    b.system->setScroll(true);
+    std::vector<std::vector<ColumnWord>> expected;
+    for (int columns = 5; columns <= 80; columns += 15) {
+        const auto image = numbered(columns);
+        expected.push_back(SimulatedBench::words(*image));
+        b.system->showBitmap(image); // returns at the end of the run
+    }
+    const std::vector<ColumnRun> runs = b.board->runs();
+    QCOMPARE(runs.size(), expected.size());
+    for (std::size_t i = 0; i < runs.size(); ++i) {
+        QVERIFY(runs[i].columns == expected[i]);
+        QVERIFY2(runs[i].wentThrough, qPrintable(QString::number(i)));
+    }
+    QVERIFY2(b.log.lines().isEmpty(), qPrintable(b.log.lines().join(u'\n')));
+}
+
+// 30 modules need 2.8 s on the line: the watch of 1.0 s begins when the last byte has left.
+void SimulatedLineTest::standingImageOfAWideBoard_arrivesWhole()
+{
+    QFETCH(bool, talks);
+    QFETCH(bool, throttled);
+    SimulatedBench b(talks, throttled);
+    b.system->cmodule(30);
+    b.system->setScroll(false);
+    const auto image = numbered(30 * 32);
+    b.system->showBitmap(image);
+    b.system->sync(); // all orders have been obeyed
+    const std::vector<ColumnRun> runs = b.board->runs();
+    QCOMPARE(runs.size(), std::size_t{1});
+    QVERIFY(runs[0].columns == SimulatedBench::words(*image));
+    QVERIFY(!runs[0].scrolling);
+    QVERIFY2(b.log.lines().isEmpty(), qPrintable(b.log.lines().join(u'\n')));
+}
+
+QTEST_GUILESS_MAIN(SimulatedLineTest)
+#include "simulatedline_test.moc"
