@@ -45,8 +45,9 @@ QString transferCause(CURLcode code, const HttpLimits &limits)
     switch (code) {
     case CURLE_URL_MALFORMAT:
         return u"アドレスの形が正しくありません。"_s;
-    case CURLE_UNSUPPORTED_PROTOCOL:
-        return u"http と https 以外のアドレスは読み込みません。"_s;
+    case CURLE_WEIRD_SERVER_REPLY:
+    case CURLE_UNSUPPORTED_PROTOCOL: // also said of an answer that does not begin like HTTP
+        return u"サーバーの応答が HTTP として正しくありません。"_s;
     case CURLE_COULDNT_RESOLVE_PROXY:
         return u"プロキシサーバーが見つかりません。"_s;
     case CURLE_COULDNT_RESOLVE_HOST:
@@ -64,6 +65,8 @@ QString transferCause(CURLcode code, const HttpLimits &limits)
         return u"受信が途中で切れました。"_s;
     case CURLE_GOT_NOTHING:
         return u"サーバーが何も返しませんでした。"_s;
+    case CURLE_SSL_CACERT_BADFILE:
+        return u"証明書を確かめるための一覧がこのコンピューターにありません。"_s;
     case CURLE_BAD_CONTENT_ENCODING:
         return u"圧縮された本文を展開できません。"_s;
     default:
@@ -72,9 +75,23 @@ QString transferCause(CURLcode code, const HttpLimits &limits)
     }
 }
 
+/// Whether a redirection leads away from the web; what the user typed has been looked at before.
+bool leavesTheWeb(CURL *transfer, CURLcode code)
+{
+    long status = 0;
+    ::curl_easy_getinfo(transfer, CURLINFO_RESPONSE_CODE, &status);
+    return code == CURLE_UNSUPPORTED_PROTOCOL && status >= 300 && status < 400;
+}
+
 HttpError limitFailure(CURLcode code, const QString &cause)
 {
     return {HttpError::Kind::Limit, code, cause, std::nullopt};
+}
+
+HttpError headerFailure(const HttpLimits &limits)
+{
+    return limitFailure(CURLE_FILESIZE_EXCEEDED, u"応答のヘッダーが大きすぎます（上限 %1）。"_s.arg(
+                                                     sizeText(limits.headerBytes)));
 }
 
 QString statusText(int status)
@@ -107,9 +124,7 @@ HttpError httpFailure(CURL *transfer, CURLcode code, HttpBreak ended, const Http
         return limitFailure(CURLE_OPERATION_TIMEDOUT,
                             u"%1秒間何も届きませんでした。"_s.arg(seconds(limits.idle)));
     case HttpBreak::HeadersTooLarge:
-        return limitFailure(
-            CURLE_FILESIZE_EXCEEDED,
-            u"応答のヘッダーが大きすぎます（上限 %1）。"_s.arg(sizeText(limits.headerBytes)));
+        return headerFailure(limits);
     case HttpBreak::BodyTooLarge:
         code = CURLE_FILESIZE_EXCEEDED;
         break;
@@ -119,9 +134,14 @@ HttpError httpFailure(CURL *transfer, CURLcode code, HttpBreak ended, const Http
     if (code == CURLE_FILESIZE_EXCEEDED)
         return limitFailure(code,
                             u"文書が大きすぎます（上限 %1）。"_s.arg(sizeText(limits.bodyBytes)));
+    if (code == CURLE_OUT_OF_MEMORY) // libcurl's word for a single header line of over 100 KiB
+        return headerFailure(limits);
     if (code == CURLE_OPERATION_TIMEDOUT)
         return limitFailure(code, timeoutCause(transfer, limits));
-    const bool isAddress = code == CURLE_URL_MALFORMAT || code == CURLE_UNSUPPORTED_PROTOCOL;
+    if (leavesTheWeb(transfer, code))
+        return {HttpError::Kind::Address, code, u"http と https 以外のアドレスは読み込みません。"_s,
+                std::nullopt};
+    const bool isAddress = code == CURLE_URL_MALFORMAT;
     return {isAddress ? HttpError::Kind::Address : HttpError::Kind::Transfer, code,
             transferCause(code, limits), std::nullopt};
 }

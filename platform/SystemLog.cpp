@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/SystemLog.h"
 
+#include "platform/PlainText.h"
+
 #include <QDebug>
 
 namespace qovelmor {
@@ -16,7 +18,7 @@ Q_LOGGING_CATEGORY(logApp, "qovelmorrss.app", QtInfoMsg)
 
 void systemLog(const QLoggingCategory &category, const QString &text)
 {
-    qCWarning(category).noquote().nospace() << text;
+    qCWarning(category).noquote().nospace() << withoutControls(text);
 }
 
 } // namespace qovelmor

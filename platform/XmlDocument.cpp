@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/XmlDocument.h"
 
+#include "platform/PlainText.h"
 #include "platform/Utf8.h"
 #include "platform/XmlEncoding.h"
 #include "platform/XmlLimits.h"
@@ -95,7 +96,8 @@ QString causeOf(const XmlTree &tree)
     case XmlBreak::None:
         break;
     }
-    return u"XML として正しくありません（%1）。"_s.arg(QString::fromUtf8(tree.text));
+    return u"XML として正しくありません（%1）。"_s.arg(
+        withoutControls(QString::fromUtf8(tree.text)));
 }
 
 /// Registers each prefix that the query uses under its made-up namespace; one that the document

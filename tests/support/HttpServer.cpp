@@ -135,8 +135,15 @@ void HttpServer::serve(int connection)
             break;
         text.append(buffer, static_cast<qsizetype>(size));
     }
-    if (text.contains("\r\n\r\n"))
-        send(connection, answer(parseRequest(text)));
+    if (text.contains("\r\n\r\n")) {
+        const Reply reply = answer(parseRequest(text));
+        send(connection, reply);
+        if (reply.resets) {
+            // Closing without waiting for the other side's acknowledgement sends a reset.
+            const linger atOnce{1, 0};
+            ::setsockopt(connection, SOL_SOCKET, SO_LINGER, &atOnce, sizeof atOnce);
+        }
+    }
     ::close(connection);
 }
 
@@ -171,7 +178,9 @@ bool HttpServer::send(int connection, const Reply &reply)
         return !ends_.load();
     };
     const qsizetype piece = reply.pieceSize > 0 ? reply.pieceSize : reply.bytes.size();
-    for (qsizetype at = 0; at < reply.bytes.size(); at += piece) {
+    if (!write(reply.bytes.constData(), reply.atOnce))
+        return false;
+    for (qsizetype at = reply.atOnce; at < reply.bytes.size(); at += piece) {
         const auto until = std::chrono::steady_clock::now() + reply.pause;
         while (!ends_ && std::chrono::steady_clock::now() < until)
             std::this_thread::sleep_for(std::min(step, reply.pause));

@@ -32,7 +32,9 @@ public:
         QByteArray bytes;                   ///< everything, from the status line on
         qsizetype pieceSize = 0;            ///< 0: all at once; else so many bytes at a time …
         std::chrono::milliseconds pause{0}; ///< … with this pause before each
+        qsizetype atOnce = 0;               ///< so many bytes go before the first pause
         bool holdsOpen = false;             ///< keeps silent after the bytes until the test ends
+        bool resets = false;                ///< breaks the connection off after the bytes
         QByteArray endless;                 ///< repeated after the bytes for as long as it is taken
     };
     using Handler = std::function<Reply(const Request &)>;
