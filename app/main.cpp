@@ -3,6 +3,7 @@
 #include "app/Program.h"
 #include "app/RaiseService.h"
 #include "app/StartChecks.h"
+#include "platform/FreedMemory.h"
 #include "platform/InstanceLock.h"
 #include "platform/UserDefaults.h"
 
@@ -43,6 +44,7 @@ int runProgram(const CommandLine &commandLine)
 
 int main(int argc, char **argv)
 {
+    keepLittleFreedMemory();
     QCoreApplication::setApplicationName(u"QoVelmorRSS"_s);
     QCoreApplication::setApplicationVersion(QStringLiteral(QOVELMOR_VERSION));
     QGuiApplication::setDesktopFileName(u"qovelmorrss"_s);

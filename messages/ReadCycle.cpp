@@ -6,6 +6,7 @@
 #include "messages/LogBook.h"
 #include "messages/MergeRules.h"
 #include "messages/needs/MessageSettings.h"
+#include "platform/FreedMemory.h"
 #include "platform/SystemLog.h"
 
 #include <iterator>
@@ -49,6 +50,7 @@ ReadOutcome ReadCycle::run(const FeedSource &source, const MessageVector &previo
             return {};
         parts_.siteIsRead(++sitesRead);
     }
+    returnFreedMemory(); // one feed may have sent a document of any size
 
     const MessageOrder order = switches_->order();
     if (order == MessageOrder::Random)

@@ -39,6 +39,7 @@ public:
     // From then on.
 
     bool isRunning() { return process_.state() == QProcess::Running; }
+    qint64 processId() const { return process_.processId(); }
     /// The exit status; nothing when the time is over or the program crashed.
     std::optional<int> waitForEnd(Milliseconds limit);
     /// Asks the program to end (SIGTERM) and waits for that.
