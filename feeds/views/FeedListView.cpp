@@ -142,7 +142,10 @@ void FeedListView::connectTable()
             [this](int section) { model_.handleHeaderClick(section); });
     // A feed that was added at the end of a long list is seen.
     connect(&model_, &QAbstractItemModel::rowsInserted, table_,
-            [this](const QModelIndex &, int first) { table_->scrollTo(model_.index(first, 0)); });
+            [this](const QModelIndex &, int first) {
+                table_->doItemsLayout(); // before it the scroll bar does not reach the new row
+                table_->scrollTo(model_.index(first, 0));
+            });
 }
 
 void FeedListView::applyViewSettings()

@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace qovelmor {
 
@@ -134,8 +135,10 @@ bool ListTable::eventFilter(QObject *watched, QEvent *event)
     if (isHeader && event->type() == QEvent::MouseButtonPress)
         isColumnResized_ = false;
     if (isHeader && event->type() == QEvent::MouseButtonRelease &&
-        std::exchange(isColumnResized_, false))
-        Q_EMIT columnsResized();
+        std::exchange(isColumnResized_, false)) {
+        // Later: at the end of the drag the header fits its last column anew.
+        QMetaObject::invokeMethod(this, &ListTable::columnsResized, Qt::QueuedConnection);
+    }
     return QTableView::eventFilter(watched, event);
 }
 

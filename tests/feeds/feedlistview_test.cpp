@@ -1,0 +1,537 @@
+// SPDX-License-Identifier: MIT
+#include "FeedListDesk.h"
+#include "feeds/AddressFile.h"
+#include "platform/Localization.h"
+
+#include <QAbstractButton>
+#include <QClipboard>
+#include <QHeaderView>
+#include <QLineEdit>
+#include <QMessageBox>
+
+using namespace qovelmor;
+using namespace Qt::Literals::StringLiterals;
+
+class FeedListViewTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void controlsHaveNamesAndTexts_data();
+    void controlsHaveNamesAndTexts();
+    void mnemonicsDiffer();
+    void tabKey_goesThroughTheControls();
+    void buttons_followTheSelection();
+    void emptyTable_saysWhatToDo();
+    void add_data();
+    void add();
+    void add_cancelled_data();
+    void add_cancelled();
+    void add_nothingTyped_cannotBeEntered();
+    void add_whatCannotBeRead_isSaid();
+    void add_saysWhatItWaitsFor();
+    void edit();
+    void deletion_data();
+    void deletion();
+    void deletion_cancelled_data();
+    void deletion_cancelled();
+    void checkBox_data();
+    void checkBox();
+    void headerClick_data();
+    void headerClick();
+    void open_data();
+    void open();
+    void open_thatFails_raisesTheAlert();
+    void copy_data();
+    void copy();
+    void selection_canBeTakenAway_data();
+    void selection_canBeTakenAway();
+    void errorCause_isSaidAsPlainText();
+    void addedFeed_isScrolledTo();
+};
+
+// Controls. -----------------------------------------------------------------------------------
+
+void FeedListViewTest::controlsHaveNamesAndTexts_data()
+{
+    QTest::addColumn<QString>("key");
+    QTest::newRow("createButton") << u"FeedAddButton"_s;
+    QTest::newRow("editButton") << u"FeedEditButton"_s;
+    QTest::newRow("deleteButton") << u"FeedDeleteButton"_s;
+    QTest::newRow("accessButton") << u"FeedOpenButton"_s;
+    QTest::newRow("rowOpen") << u"FeedOpenButton"_s;
+    QTest::newRow("rowEdit") << u"FeedEditButton"_s;
+    QTest::newRow("rowDelete") << u"FeedDeleteButton"_s;
+    QTest::newRow("rowCopy") << u"FeedCopyItem"_s;
+    QTest::newRow("rowMoveUp") << u"FeedMoveUpItem"_s;
+    QTest::newRow("rowMoveDown") << u"FeedMoveDownItem"_s;
+    QTest::newRow("invertAll") << u"FeedInvertAllItem"_s;
+    QTest::newRow("actLoadURL") << u"MenuLoadURL"_s;
+    QTest::newRow("actSaveURL") << u"MenuSaveURL"_s;
+    QTest::newRow("noFeedsText") << u"NoFeedsYet"_s;
+}
+
+void FeedListViewTest::controlsHaveNamesAndTexts()
+{
+    QFETCH(QString, key);
+    FeedListDesk desk(u"a"_s);
+    const auto *control = desk.find<QObject>(QTest::currentDataTag());
+    QCOMPARE(control->property("text").toString(), localized(key));
+    QVERIFY(localized(key) != key); // the table holds it
+    QVERIFY(!desk.table().accessibleName().isEmpty());
+    QCOMPARE(desk.table().objectName(), u"rssListView"_s);
+}
+
+void FeedListViewTest::mnemonicsDiffer()
+{
+    FeedListDesk desk(u"a"_s);
+    QStringList mnemonics;
+    for (const char *name : {"createButton", "editButton", "deleteButton", "accessButton"})
+        mnemonics << QKeySequence::mnemonic(desk.find<QPushButton>(name)->text()).toString();
+    QCOMPARE(mnemonics.count(QString()), 0);
+    QCOMPARE(mnemonics.removeDuplicates(), 0);
+}
+
+void FeedListViewTest::tabKey_goesThroughTheControls()
+{
+    FeedListDesk desk(u"a"_s);
+    desk.click(0);
+    desk.table().setFocus();
+    for (const char *next : {"createButton", "editButton", "deleteButton", "accessButton"}) {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        QCOMPARE(QApplication::focusWidget()->objectName(), QLatin1String(next));
+    }
+}
+
+void FeedListViewTest::buttons_followTheSelection()
+{
+    FeedListDesk desk(u"ab"_s);
+    const auto areEnabled = [&] {
+        return QList<bool>{desk.isEnabled("createButton"), desk.isEnabled("editButton"),
+                           desk.isEnabled("deleteButton"), desk.isEnabled("accessButton"),
+                           desk.find<QAction>("rowCopy")->isEnabled()};
+    };
+    QCOMPARE(areEnabled(), (QList<bool>{true, false, false, false, false}));
+    desk.click(1);
+    QCOMPARE(areEnabled(), (QList<bool>{true, true, true, true, true}));
+    desk.list.removeReader(0);
+    desk.list.removeReader(0);
+    desk.settle();
+    QCOMPARE(areEnabled(), (QList<bool>{true, false, false, false, false}));
+}
+
+void FeedListViewTest::emptyTable_saysWhatToDo()
+{
+    FeedListDesk desk(u""_s);
+    auto *sentence = desk.find<QLabel>("noFeedsText");
+    QVERIFY(sentence->isVisible());
+    QVERIFY(desk.table().viewport()->rect().contains(sentence->geometry()));
+
+    desk.web.titles[u"http://n/"_s] = u"New"_s;
+    QMimeData link;
+    link.setText(u"http://n/"_s);
+    QVERIFY(desk.drop(link, sentence->geometry().center()));
+    QCOMPARE(desk.letters(), u"n"_s);
+    QVERIFY(!sentence->isVisible());
+
+    desk.list.removeReader(0);
+    desk.settle();
+    QVERIFY(sentence->isVisible());
+}
+
+// Add and edit. -------------------------------------------------------------------------------
+
+void FeedListViewTest::add_data()
+{
+    QTest::addColumn<int>("selected");
+    QTest::addColumn<QString>("typed");
+    QTest::addColumn<bool>("byMouse");
+    QTest::addColumn<QString>("addresses");
+    QTest::newRow("no row selected: at the end")
+        << -1 << u"http://n/"_s << false << u"http://a/ http://b/ http://n/"_s;
+    QTest::newRow("before the selected row")
+        << 1 << u"http://n/"_s << false << u"http://a/ http://n/ http://b/"_s;
+    QTest::newRow("before the first row")
+        << 0 << u"http://n/"_s << true << u"http://n/ http://a/ http://b/"_s;
+    QTest::newRow("feed:// stays as typed")
+        << -1 << u"feed://n/"_s << true << u"http://a/ http://b/ feed://n/"_s;
+    QTest::newRow("https can be typed")
+        << -1 << u"https://n/"_s << false << u"http://a/ http://b/ https://n/"_s;
+}
+
+void FeedListViewTest::add()
+{
+    QFETCH(int, selected);
+    QFETCH(QString, typed);
+    QFETCH(bool, byMouse);
+    FeedListDesk desk(u"ab"_s);
+    desk.web.titles[typed] = u"New"_s;
+    if (selected >= 0)
+        desk.click(selected);
+    desk.press("createButton");
+
+    QDialog *panel = desk.openDialog("addressPanel");
+    QVERIFY(panel);
+    QCOMPARE(panel->windowTitle(), localized(u"Add URL"_s));
+    auto *text = desk.find<QLineEdit>("addressText");
+    QCOMPARE(text->text(), QString());
+    QTest::keyClicks(text, typed);
+    if (byMouse)
+        desk.press("actAddressExec");
+    else
+        QTest::keyClick(text, Qt::Key_Return);
+    desk.settle();
+
+    QVERIFY(!desk.openDialog("addressPanel"));
+    QStringList addresses;
+    for (const FeedEntry &entry : desk.storedEntries())
+        addresses << entry.address;
+    QTEST(addresses.join(u' '), "addresses");
+    const int row = static_cast<int>(addresses.indexOf(typed));
+    QCOMPARE(desk.cell(row, FeedTableModel::Name), u"New"_s);
+    QCOMPARE(desk.cell(row, FeedTableModel::Status), u"未読込"_s);
+}
+
+void FeedListViewTest::add_cancelled_data()
+{
+    QTest::addColumn<int>("way");
+    QTest::newRow("Escape") << 0;
+    QTest::newRow("the button") << 1;
+    QTest::newRow("the window's close button") << 2;
+}
+
+void FeedListViewTest::add_cancelled()
+{
+    QFETCH(int, way);
+    FeedListDesk desk(u"ab"_s);
+    for (int round = 0; round < 2; ++round) { // what was typed before is gone the next time
+        desk.press("createButton");
+        auto *text = desk.find<QLineEdit>("addressText");
+        QCOMPARE(text->text(), QString());
+        QTest::keyClicks(text, u"http://n/"_s);
+        if (way == 0)
+            QTest::keyClick(text, Qt::Key_Escape);
+        else if (way == 1)
+            desk.press("actAddressCancel");
+        else
+            desk.openDialog("addressPanel")->close();
+        desk.settle();
+        QVERIFY(!desk.openDialog("addressPanel"));
+    }
+    QCOMPARE(desk.letters(), u"ab"_s);
+    QVERIFY(desk.web.requested.isEmpty());
+}
+
+void FeedListViewTest::add_nothingTyped_cannotBeEntered()
+{
+    FeedListDesk desk(u"a"_s);
+    desk.press("createButton");
+    QVERIFY(!desk.isEnabled("actAddressExec"));
+    QTest::keyClick(desk.find<QLineEdit>("addressText"), Qt::Key_Return);
+    QVERIFY(desk.openDialog("addressPanel"));
+    QTest::keyClicks(desk.find<QLineEdit>("addressText"), u"h"_s);
+    QVERIFY(desk.isEnabled("actAddressExec"));
+}
+
+void FeedListViewTest::add_whatCannotBeRead_isSaid()
+{
+    FeedListDesk desk(u""_s);
+    desk.press("createButton");
+    QTest::keyClicks(desk.find<QLineEdit>("addressText"), u"http://x/"_s);
+    desk.press("actAddressExec");
+
+    QCOMPARE(desk.cell(0, FeedTableModel::Name), u"-"_s);
+    QCOMPARE(desk.cell(0, FeedTableModel::Date), u"-"_s);
+    QCOMPARE(desk.cell(0, FeedTableModel::Status), u"未読込"_s);
+    QCOMPARE(desk.statusLine.last()[0].toString(),
+             localized(u"FeedCannotBeRead"_s).arg(u"http://x/"_s, u"ない <b>404</b>"_s));
+
+    QTest::ignoreMessage(QtWarningMsg, "RSS read error.(http://x/)");
+    desk.list.readerAt(0)->readHeadlines();
+    desk.list.renewTableView();
+    desk.settle();
+    QCOMPARE(desk.cell(0, FeedTableModel::Status), u"読込エラー"_s);
+}
+
+void FeedListViewTest::add_saysWhatItWaitsFor()
+{
+    FeedListDesk desk(u"a"_s);
+    desk.web.titles[u"http://n/"_s] = u"New"_s;
+    desk.press("createButton");
+    QTest::keyClicks(desk.find<QLineEdit>("addressText"), u"http://n/"_s);
+
+    const QString sentence = localized(u"FetchingAddress"_s).arg(u"http://n/"_s);
+    QSignalSpy fetched(desk.view.get(), &FeedListView::addressBeingFetched);
+    int loads = 0;
+    desk.web.duringLoad = [&] {
+        ++loads;
+        QCOMPARE(fetched.size(), 1);
+        QCOMPARE(fetched[0][0].toString(), sentence);
+        QVERIFY(desk.openDialog("addressPanel"));
+        QCOMPARE(desk.find<QLabel>("addressWaitText")->text(), sentence);
+        QVERIFY(!desk.isEnabled("actAddressExec"));
+        QVERIFY(!desk.find<QLineEdit>("addressText")->isEnabled());
+        QVERIFY(QApplication::overrideCursor());
+    };
+    desk.press("actAddressExec");
+    QCOMPARE(loads, 1);
+    QCOMPARE(fetched.last()[0].toString(), QString());
+    QVERIFY(!QApplication::overrideCursor());
+}
+
+void FeedListViewTest::edit()
+{
+    FeedListDesk desk(u"abc"_s);
+    desk.web.titles[u"http://n/"_s] = u"New"_s;
+    desk.click(1);
+    desk.press("editButton");
+    QDialog *panel = desk.openDialog("addressPanel");
+    QVERIFY(panel);
+    QCOMPARE(panel->windowTitle(), localized(u"Edit URL"_s));
+    auto *text = desk.find<QLineEdit>("addressText");
+    QCOMPARE(text->text(), u"http://b/"_s);
+    QTest::keyClicks(text, u"http://n/"_s); // the old one is selected
+    QTest::keyClick(text, Qt::Key_Return);
+    desk.settle();
+    QCOMPARE(desk.storedLetters(), u"anc"_s);
+    QCOMPARE(desk.cell(1, FeedTableModel::Name), u"New"_s);
+    QCOMPARE(desk.table().selectedRow(), 1);
+}
+
+// Delete. -------------------------------------------------------------------------------------
+
+void FeedListViewTest::deletion_data()
+{
+    QTest::addColumn<bool>("byKeys");
+    QTest::newRow("buttons") << false;
+    QTest::newRow("Delete, and Return for the default button") << true;
+}
+
+void FeedListViewTest::deletion()
+{
+    QFETCH(bool, byKeys);
+    FeedListDesk desk(u"abcd"_s);
+    desk.control.isActive = true;
+    desk.click(1);
+    if (byKeys)
+        desk.key(Qt::Key_Delete);
+    else
+        desk.press("deleteButton");
+
+    auto *alert = qobject_cast<QMessageBox *>(desk.openDialog("deleteRSSURLAlert"));
+    QVERIFY(alert);
+    QCOMPARE(alert->text(), localized(u"DeleteRSSURL"_s));
+    QCOMPARE(alert->informativeText(), localized(u"DeleteRSSInfo"_s));
+    QCOMPARE(desk.find<QPushButton>("deleteRSSURLAlertAccept")->text(), localized(u"Delete"_s));
+    QCOMPARE(desk.find<QPushButton>("deleteRSSURLAlertCancel")->text(), u"Cancel"_s);
+    QCOMPARE(desk.letters(), u"abcd"_s); // nothing is gone before the answer
+    if (byKeys)
+        QTest::keyClick(alert, Qt::Key_Return);
+    else
+        QTest::mouseClick(desk.find<QPushButton>("deleteRSSURLAlertAccept"), Qt::LeftButton);
+    desk.settle();
+
+    QCOMPARE(desk.storedLetters(), u"acd"_s);
+    QCOMPARE(desk.calls, (QStringList{u"stop"_s, u"start"_s}));
+    QCOMPARE(desk.table().model()->rowCount(), 3);
+    // The selection is on a feed that is there: the next deletion hits what is marked.
+    QCOMPARE(desk.cell(desk.table().selectedRow(), FeedTableModel::Name), u"C"_s);
+}
+
+void FeedListViewTest::deletion_cancelled_data()
+{
+    QTest::addColumn<bool>("byKey");
+    QTest::newRow("Cancel") << false;
+    QTest::newRow("Escape") << true;
+}
+
+void FeedListViewTest::deletion_cancelled()
+{
+    QFETCH(bool, byKey);
+    FeedListDesk desk(u"ab"_s);
+    desk.click(1);
+    desk.press("deleteButton");
+    if (byKey)
+        QTest::keyClick(desk.openDialog("deleteRSSURLAlert"), Qt::Key_Escape);
+    else
+        QTest::mouseClick(desk.find<QPushButton>("deleteRSSURLAlertCancel"), Qt::LeftButton);
+    desk.settle();
+    QVERIFY(!desk.openDialog("deleteRSSURLAlert"));
+    QCOMPARE(desk.letters(), u"ab"_s);
+}
+
+// Check boxes. --------------------------------------------------------------------------------
+
+void FeedListViewTest::checkBox_data()
+{
+    QTest::addColumn<bool>("byKey");
+    QTest::newRow("click") << false;
+    QTest::newRow("Space on the selected row") << true;
+}
+
+void FeedListViewTest::checkBox()
+{
+    QFETCH(bool, byKey);
+    FeedListDesk desk(u"abc"_s);
+    if (byKey)
+        desk.click(1);
+    for (const bool isOn : {false, true}) {
+        if (byKey)
+            desk.key(Qt::Key_Space);
+        else
+            desk.clickCheckBox(1);
+        QCOMPARE(desk.list.readerAt(1)->validate(), isOn);
+        QCOMPARE(desk.storedEntries()[1].validate, isOn);
+        QCOMPARE(desk.storedEntries()[0].validate, true);
+        QCOMPARE(desk.table().model()->index(1, 0).data(Qt::CheckStateRole).toInt(),
+                 int(isOn ? Qt::Checked : Qt::Unchecked));
+    }
+}
+
+void FeedListViewTest::headerClick_data()
+{
+    QTest::addColumn<int>("column");
+    QTest::addColumn<QString>("enabled");
+    QTest::newRow("of the check boxes: each for itself") << 0 << u"010"_s;
+    QTest::newRow("of another column") << 3 << u"101"_s;
+}
+
+void FeedListViewTest::headerClick()
+{
+    QFETCH(int, column);
+    FeedListDesk desk(u"abc"_s);
+    desk.clickCheckBox(1);
+    const QHeaderView *header = desk.table().horizontalHeader();
+    const QPoint place(header->sectionViewportPosition(column) + 20, header->height() / 2);
+    QTest::mouseClick(header->viewport(), Qt::LeftButton, {}, place);
+    desk.settle();
+    QString enabled;
+    for (const FeedEntry &entry : desk.storedEntries())
+        enabled += entry.validate ? u'1' : u'0';
+    QTEST(enabled, "enabled");
+
+    desk.find<QAction>("invertAll")->trigger(); // the same for the keyboard
+    desk.settle();
+    QCOMPARE(desk.list.validSiteCount(), enabled == u"010" ? 2 : 1);
+}
+
+// Open and copy. ------------------------------------------------------------------------------
+
+void FeedListViewTest::open_data()
+{
+    QTest::addColumn<QString>("way");
+    QTest::addColumn<QStringList>("calls");
+    const QStringList opened{u"open http://b/"_s};
+    QTest::newRow("double click") << u"double"_s << opened;
+    QTest::newRow("Return") << u"return"_s << opened;
+    QTest::newRow("the button") << u"button"_s << opened;
+    QTest::newRow("the row menu") << u"menu"_s << opened;
+    QTest::newRow("a double click in the check box only turns it twice")
+        << u"box"_s << QStringList();
+}
+
+void FeedListViewTest::open()
+{
+    QFETCH(QString, way);
+    FeedListDesk desk(u"ab"_s);
+    if (way == u"double")
+        desk.doubleClick(1);
+    else if (way == u"box")
+        desk.doubleClick(1, FeedTableModel::Validate);
+    else
+        desk.click(1);
+    desk.calls.removeIf([](const QString &call) { return call.startsWith(u"controls"); });
+    if (way == u"return")
+        desk.key(Qt::Key_Return);
+    else if (way == u"button")
+        desk.press("accessButton");
+    else if (way == u"menu")
+        desk.find<QAction>("rowOpen")->trigger();
+    QTEST(desk.calls, "calls");
+}
+
+void FeedListViewTest::open_thatFails_raisesTheAlert()
+{
+    FeedListDesk desk(u"ab"_s);
+    desk.control.opensSites = false;
+    desk.doubleClick(0);
+    QCOMPARE(desk.calls, (QStringList{u"open http://a/"_s, u"open failed"_s}));
+}
+
+void FeedListViewTest::copy_data()
+{
+    QTest::addColumn<bool>("byKey");
+    QTest::newRow("Ctrl+C") << true;
+    QTest::newRow("the row menu") << false;
+}
+
+void FeedListViewTest::copy()
+{
+    QFETCH(bool, byKey);
+    FeedListDesk desk(u"ab"_s);
+    QGuiApplication::clipboard()->clear();
+    desk.click(1);
+    if (byKey)
+        desk.key(Qt::Key_C, Qt::ControlModifier);
+    else
+        desk.find<QAction>("rowCopy")->trigger();
+    QCOMPARE(QGuiApplication::clipboard()->text(), u"- B http://b/"_s);
+}
+
+// Selection and status line. ------------------------------------------------------------------
+
+void FeedListViewTest::selection_canBeTakenAway_data()
+{
+    QTest::addColumn<bool>("byKey");
+    QTest::newRow("Escape") << true;
+    QTest::newRow("a click below the rows") << false;
+}
+
+void FeedListViewTest::selection_canBeTakenAway()
+{
+    QFETCH(bool, byKey);
+    FeedListDesk desk(u"ab"_s);
+    desk.click(1);
+    QCOMPARE(desk.table().selectedRow(), 1);
+    if (byKey)
+        desk.key(Qt::Key_Escape);
+    else
+        QTest::mouseClick(desk.table().viewport(), Qt::LeftButton, {}, desk.placeAbove(2));
+    QCOMPARE(desk.table().selectedRow(), -1);
+    QVERIFY(!desk.isEnabled("editButton"));
+}
+
+void FeedListViewTest::errorCause_isSaidAsPlainText()
+{
+    FeedListDesk desk(u"ab"_s);
+    QTest::ignoreMessage(QtWarningMsg, "RSS read error.(http://b/)");
+    desk.list.readerAt(1)->readHeadlines();
+    desk.list.renewTableView();
+    desk.settle();
+    desk.click(1);
+    QCOMPARE(desk.statusLine.last()[0].toString(),
+             localized(u"FeedCannotBeRead"_s).arg(u"http://b/"_s, u"ない <b>404</b>"_s));
+    const QVariant tip = desk.table().model()->index(1, 1).data(Qt::ToolTipRole);
+    QCOMPARE(tip.toString(), u"<p>ない &lt;b&gt;404&lt;/b&gt;</p>"_s);
+
+    desk.web.titles[u"http://b/"_s] = u"B"_s;
+    desk.web.itemsIn = u"http://b/"_s;
+    QCOMPARE(desk.list.readerAt(1)->readHeadlines(), 0);
+    desk.list.renewTableView();
+    desk.settle();
+    QCOMPARE(desk.statusLine.last()[0].toString(), QString()); // it is over
+}
+
+void FeedListViewTest::addedFeed_isScrolledTo()
+{
+    FeedListDesk desk(u"abcdefghijklmnopqrstuvwxyzabcdefghijklmnopqrstuvwxyz"_s);
+    desk.web.titles[u"http://new/"_s] = u"New"_s;
+    desk.press("createButton");
+    QTest::keyClicks(desk.find<QLineEdit>("addressText"), u"http://new/"_s);
+    desk.press("actAddressExec");
+    const QRect row = desk.table().visualRect(desk.table().model()->index(52, 3));
+    QVERIFY(desk.table().viewport()->rect().contains(row.center()));
+}
+
+QTEST_MAIN(FeedListViewTest)
+#include "feedlistview_test.moc"
