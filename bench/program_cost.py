@@ -4,8 +4,10 @@
 proportional memory five seconds later, and processor time while a line scrolls and while idle.
 
 usage: program_cost.py [--build DIR] [--runs N] [--seconds S] [--board]
+       program_cost.py --start [--feeds N] [--messages M] [--build DIR] [--runs N]
 
   --board   scroll on the simulated board instead of the on-screen board
+  --start   only the time to the painted main window, with that many feeds and remembered messages
 
 Prints a table. The feeds are the bundled samples, served on this machine.
 """
@@ -48,6 +50,41 @@ def profile(folder, feeds, automatic):
     path = folder / "config" / "QoVelmorRSS" / "QoVelmorRSS.plist"
     path.parent.mkdir(parents=True)
     path.write_bytes(plistlib.dumps({"RSSSiteAddresses": entries, "DisplayAuto": automatic}))
+
+
+def large_profile(folder, feeds, messages):
+    """A store of someone who has read many feeds for a long time; nothing has to be fetched."""
+    entries = [{"RSSValidate": True, "RSSAddressString": f"http://127.0.0.1:9/feed{number}.rss",
+                "RSSNameString": f"見本新聞 {number}", "RSSFormat": 2} for number in range(feeds)]
+    remembered = [{"HeadlineString": f"ニュースの見出しは三十文字ほどの長さになることが多い {number}",
+                   "DateString": f"11/{number % 28 + 1:02} 10:{number % 60:02}",
+                   "DescriptionString": "本文の初めの部分。" * 8, "RSSNameString": "見本新聞",
+                   "LinkString": f"http://example.com/news/{number}", "NewRSSMessage": False}
+                  for number in range(messages)]
+    path = folder / "config" / "QoVelmorRSS" / "QoVelmorRSS.plist"
+    path.parent.mkdir(parents=True)
+    path.write_bytes(plistlib.dumps({"RSSSiteAddresses": entries, "LastRSSMessages": remembered}))
+
+
+def measure_start(build, runs, feeds, messages):
+    server, display = start_xvfb()
+    print("| feeds | remembered messages | start to painted main window | processor time |")
+    print("|---:|---:|---:|---:|")
+    try:
+        for counts in ((0, 0), (feeds, messages)):
+            starts, processor = [], []
+            for _ in range(runs):
+                folder = pathlib.Path(tempfile.mkdtemp())
+                large_profile(folder, *counts)
+                program, shown = start_program(build, display, folder, {})
+                processor.append(cpu_seconds(program.pid))
+                starts.append(shown)
+                end(program)
+                shutil.rmtree(folder)
+            print(f"| {counts[0]} | {counts[1]:,} | {statistics.median(starts):.3f} s | "
+                  f"{statistics.median(processor):.3f} s |")
+    finally:
+        end(server)
 
 
 def start_program(build, display, folder, extra):
@@ -141,7 +178,13 @@ def main():
     parser.add_argument("--runs", type=int, default=7)
     parser.add_argument("--seconds", type=int, default=30)
     parser.add_argument("--board", action="store_true")
+    parser.add_argument("--start", action="store_true")
+    parser.add_argument("--feeds", type=int, default=200)
+    parser.add_argument("--messages", type=int, default=10_000)
     arguments = parser.parse_args()
+    if arguments.start:
+        measure_start(arguments.build, arguments.runs, arguments.feeds, arguments.messages)
+        return
     measure(arguments.build, arguments.runs, arguments.seconds, arguments.board)
 
 
