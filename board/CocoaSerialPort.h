@@ -148,7 +148,7 @@ private:
     void loseThePort();
     bool sendBytes(const QByteArray &bytes);
     Clock::SteadyTime waitUntilSent();
-    void answerCame();
+    void lineIsFree();
     void waitForBytes(Clock::SteadyTime deadline, int moreThan) const;
     Gathering gatherArrived(QByteArray &bytes);
     Gathering takeBuffer(QByteArray &bytes);

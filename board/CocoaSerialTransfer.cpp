@@ -55,7 +55,10 @@ bool CocoaSerialPort::sendBytes(const QByteArray &bytes)
     const bool waits = !silentAtEnd_;
     const bool sent =
         line_.write(bytes, waits ? lineFreeAt_ + limits_.sendSlack : clock_.steadyNow());
-    silentAtEnd_ = silentAtEnd_ || (!sent && clock_.sleepsEnded());
+    if (!sent) {
+        lineIsFree(); // what has not been taken will not leave
+        silentAtEnd_ = silentAtEnd_ || clock_.sleepsEnded();
+    }
     return sent;
 }
 
@@ -77,9 +80,9 @@ Clock::SteadyTime CocoaSerialPort::waitUntilSent()
     }
 }
 
-// An answer proves that its command has left: a line that is faster than its nominal speed (a
-// pseudo-terminal is) must not put off the watches of the commands that follow.
-void CocoaSerialPort::answerCame()
+// Known from an answer, which proves that its command has left: a line that is faster than its
+// nominal speed (a pseudo-terminal is) must not put off the watches of the commands that follow.
+void CocoaSerialPort::lineIsFree()
 {
     lineFreeAt_ = std::min(lineFreeAt_, clock_.steadyNow());
 }
@@ -212,7 +215,7 @@ std::optional<QString> CocoaSerialPort::receiveStringMorethan(int count, double 
     }
     if (!isOpen())
         return std::nullopt;
-    answerCame();
+    lineIsFree();
     return receiveString();
 }
 
@@ -241,7 +244,7 @@ std::optional<QString> CocoaSerialPort::receiveStringUntilEOSWithSkip(int skip)
         }
         const QString text = decodeShiftJis(bytes);
         if (countEOSWithString(text) > skip) {
-            answerCame();
+            lineIsFree();
             return text;
         }
         waitForBytes(watch.end() + std::chrono::milliseconds(1), 0);
