@@ -33,6 +33,11 @@ public:
     virtual QString selectedTab() const = 0;
     virtual void clearMessageSelection() = 0;
     virtual void scrollMessagesToTop() = 0;
+    /// The selected row of the table on that tab, -1 when none is.
+    virtual int selectedRow(const QString &tabIdentifier) const = 0;
+    /// The table on that tab takes over the stored row height and font size.
+    virtual void reloadTable(const QString &tabIdentifier) = 0;
+    virtual void copyToPasteboard(const QString &text) = 0;
     virtual void createMenus() = 0; ///< the font and threshold menus, once the settings are read
 
     virtual void showLEDWindow() = 0;

@@ -1,30 +1,31 @@
 // SPDX-License-Identifier: MIT
 #include "app/MainWindow.h"
 
+#include "app/CommandRow.h"
+#include "app/MainMenu.h"
 #include "app/StartupWindow.h"
+#include "app/StatusRow.h"
 #include "app/VelmorRSS.h"
 #include "feeds/views/FeedListView.h"
 #include "messages/MessageList.h"
+#include "messages/views/DescriptionDrawer.h"
 #include "messages/views/LEDWindow.h"
 #include "messages/views/MessageListView.h"
 #include "platform/Localization.h"
 #include "platform/SystemLog.h"
 #include "platform/UserDefaults.h"
+#include "platform/views/ListTable.h"
+#include "settings/Setup.h"
 
 #include <QAction>
 #include <QApplication>
+#include <QClipboard>
 #include <QCloseEvent>
-#include <QHBoxLayout>
-#include <QLabel>
 #include <QMenuBar>
 #include <QMessageBox>
-#include <QPlainTextEdit>
-#include <QProgressBar>
-#include <QPushButton>
+#include <QScreen>
 #include <QSplitter>
-#include <QStyle>
 #include <QTabWidget>
-#include <QToolButton>
 #include <QVBoxLayout>
 
 #include <utility>
@@ -32,46 +33,75 @@
 namespace qovelmor {
 
 using namespace Qt::Literals::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
 
 const QString geometryKey = u"MainWindowGeometry"_s;
 const QString drawerHeightKey = u"DescriptionDrawerHeight"_s;
 constexpr int defaultDrawerHeight = 110;
-constexpr QSize defaultSize{860, 600};
+constexpr int highestDrawer = 2000;
+constexpr QSize firstSize{860, 600};
 constexpr QSize smallestSize{480, 320};
+// Frames count before the window manager has told how thick they are.
+constexpr QMargins frameAllowance{8, 40, 8, 40};
+constexpr int roomForBoard = 210; // its window with the frames of both
+constexpr auto problemInterval = 2s;
+constexpr auto identifierProperty = "identifier";
+
+// In the middle of the room that the window of the on-screen board leaves above it.
+QRect firstPlace(QRect screen)
+{
+    screen.setHeight(screen.height() - roomForBoard);
+    QRect place(QPoint(), firstSize.boundedTo(screen.size()).expandedTo(smallestSize));
+    place.moveCenter(screen.center());
+    place.moveTop(std::max(screen.top(), place.top()));
+    return place;
+}
+
+void bringUp(QWidget &window)
+{
+    window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
+    window.show();
+    window.raise();
+    window.activateWindow();
+}
 
 } // namespace
 
 MainWindow::MainWindow(Controllers controllers, FeedListView *feedView,
                        MessageListView *messageView, LEDWindow &ledWindow)
-    : control_(controllers.control)
-    , msgList_(controllers.msgList)
-    , defaults_(controllers.defaults)
+    : parts_(controllers)
     , feedView_(feedView)
     , messageView_(messageView)
     , ledWindow_(ledWindow)
+    , menu_(new MainMenu(*menuBar(), parts_.control, parts_.msgList))
+    , commandRow_(new CommandRow(parts_.control))
+    , mainTab_(new QTabWidget)
+    , descriptionDrawer_(new DescriptionDrawer(u"descriptionDrawer"_s))
+    , splitter_(new QSplitter(Qt::Vertical))
+    , statusRow_(new StatusRow)
 {
     setObjectName(u"mainWindow"_s);
     setWindowTitle(u"QoVelmorRSS"_s);
     setMinimumSize(smallestSize);
-
-    mainTab_ = new QTabWidget;
     mainTab_->setObjectName(u"mainTab"_s);
+    mainTab_->setAccessibleName(localized(u"MainTab"_s));
     mainTab_->setDocumentMode(true);
-    feedView_->setProperty("identifier", tab::list);
-    messageView_->setProperty("identifier", tab::message);
-    mainTab_->addTab(feedView_, localized(u"TabList"_s));
-    mainTab_->addTab(messageView_, localized(u"TabMessage"_s));
+    addTab(feedView_, tab::list, u"TabList"_s, u"MenuShowTabList"_s);
+    menu_->addFeedItems(feedView_->fileActions());
+    addTab(messageView_, tab::message, u"TabMessage"_s, u"MenuShowTabMessage"_s);
+    layOut();
+    connectParts();
+    restoreSizes();
+}
 
-    descriptionDrawer_ = new QPlainTextEdit;
-    descriptionDrawer_->setObjectName(u"descriptionDrawer"_s);
-    descriptionDrawer_->setAccessibleName(localized(u"DescriptionDrawer"_s));
-    descriptionDrawer_->setReadOnly(true);
-    descriptionDrawer_->setTabChangesFocus(true);
-    descriptionDrawer_->hide();
+MainWindow::~MainWindow() = default;
 
-    splitter_ = new QSplitter(Qt::Vertical);
+// Building. ---------------------------------------------------------------------------------------
+
+void MainWindow::layOut()
+{
     splitter_->addWidget(mainTab_);
     splitter_->addWidget(descriptionDrawer_);
     splitter_->setStretchFactor(0, 1);
@@ -79,134 +109,60 @@ MainWindow::MainWindow(Controllers controllers, FeedListView *feedView,
 
     auto *content = new QWidget;
     auto *layout = new QVBoxLayout(content);
-    layout->addWidget(createCommandRow());
+    layout->addWidget(commandRow_);
     layout->addWidget(splitter_, 1);
-    layout->addWidget(createStatusRow());
+    layout->addWidget(statusRow_);
     setCentralWidget(content);
-    createActions();
-    restoreSizes();
+}
 
-    connect(mainTab_, &QTabWidget::currentChanged, this,
-            [this] { control_.tabViewDidSelectTabViewItem(selectedTab()); });
+void MainWindow::connectParts()
+{
+    connect(mainTab_, &QTabWidget::currentChanged, this, [this] {
+        parts_.control.tabViewDidSelectTabViewItem(selectedTab());
+        menu_->validateItems();
+    });
+    for (const ListTable *table : {feedView_->listView(), messageView_->listView()})
+        connect(table, &ListTable::selectedRowChanged, menu_, &MainMenu::validateItems);
+    connect(messageView_->listView(), &ListTable::copyRequested, this,
+            [this] { parts_.control.actCopyRow(); });
     connect(splitter_, &QSplitter::splitterMoved, this, [this] { storeSizes(); });
-    connect(&ledWindow_, &LEDWindow::closeRequested, this, [this] { control_.actDrawerButton(); });
+    connect(menu_, &MainMenu::aboutRequested, this, &MainWindow::showAbout);
     connect(feedView_, &FeedListView::statusChanged, this, &MainWindow::showNotice);
     connect(feedView_, &FeedListView::addressBeingFetched, this, &MainWindow::showFetching);
-    msgList_.changeNotice().listen([this] { showPresentation(); });
+    connect(statusRow_, &StatusRow::messageNumberDoubleClicked, this,
+            [this] { parts_.msgList.actDoubleClickRSSView(); });
+    connect(&ledWindow_, &LEDWindow::closeRequested, this,
+            [this] { parts_.control.actDrawerButton(); });
+    connect(&ledWindow_, &LEDWindow::boardDoubleClicked, this,
+            [this] { parts_.msgList.actDoubleClickRSSView(); });
+    parts_.msgList.changeNotice().listen([this] { showPresentation(); });
+
+    problemWatch_.setInterval(problemInterval);
+    connect(&problemWatch_, &QTimer::timeout, this, &MainWindow::showProblems);
+    problemWatch_.start();
 }
 
-MainWindow::~MainWindow() = default;
-
-// Building.
-// -----------------------------------------------------------------------------------------
-
-QWidget *MainWindow::createCommandRow()
+void MainWindow::addTab(QWidget *view, const QString &identifier, const QString &textKey,
+                        const QString &itemTextKey)
 {
-    const auto button = [this](const QString &name, const QString &text,
-                               QStyle::StandardPixmap icon) {
-        auto *made = new QPushButton(style()->standardIcon(icon), text);
-        made->setObjectName(name);
-        return made;
-    };
-    startDispButton_ =
-        button(u"startDispButton"_s, localized(u"StartDisplayButton"_s), QStyle::SP_MediaPlay);
-    stopDispButton_ =
-        button(u"stopDispButton"_s, localized(u"StopDisplayButton"_s), QStyle::SP_MediaStop);
-    getRSSButton_ =
-        button(u"getRSSButton"_s, localized(u"ReadFeedsButton"_s), QStyle::SP_BrowserReload);
-    drawerButton_ = createToggle(u"drawerButton"_s, localized(u"LEDWindowButton"_s));
-    descriptionButton_ = createToggle(u"descriptionButton"_s, localized(u"DescriptionButton"_s));
-
-    connect(startDispButton_, &QPushButton::clicked, this, [this] { control_.actStartDisp(); });
-    connect(stopDispButton_, &QPushButton::clicked, this, [this] { control_.actStopDisp(); });
-    connect(getRSSButton_, &QPushButton::clicked, this, [this] { control_.actGetRSS(); });
-    connect(drawerButton_, &QToolButton::clicked, this, [this] {
-        drawerButton_->setChecked(isLEDWindowVisible()); // the controller decides
-        control_.actDrawerButton();
-    });
-    connect(descriptionButton_, &QToolButton::clicked, this, [this] {
-        descriptionButton_->setChecked(!descriptionButton_->isChecked());
-        control_.actDescriptionDrawer();
-    });
-
-    auto *row = new QWidget;
-    auto *layout = new QHBoxLayout(row);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(startDispButton_);
-    layout->addWidget(stopDispButton_);
-    layout->addWidget(getRSSButton_);
-    layout->addStretch(1);
-    layout->addWidget(drawerButton_);
-    layout->addWidget(descriptionButton_);
-    return row;
+    view->setProperty(identifierProperty, identifier);
+    mainTab_->addTab(view, localized(textKey));
+    auto *item = new QAction(localized(itemTextKey), this);
+    item->setObjectName(u"actShowTab_"_s + identifier);
+    item->setShortcut(QKeySequence(Qt::CTRL | Qt::Key(Qt::Key_0 + mainTab_->count())));
+    connect(item, &QAction::triggered, this, [this, identifier] { selectTab(identifier); });
+    menu_->addTabItem(item);
 }
 
-QToolButton *MainWindow::createToggle(const QString &name, const QString &text)
+void MainWindow::addWindow(QWidget *window, const QString &name, const QString &itemTextKey)
 {
-    auto *toggle = new QToolButton;
-    toggle->setObjectName(name);
-    toggle->setText(text);
-    toggle->setCheckable(true);
-    toggle->setFocusPolicy(Qt::StrongFocus);
-    return toggle;
+    auto *item = new QAction(localized(itemTextKey), this);
+    item->setObjectName(name);
+    connect(item, &QAction::triggered, window, [window] { bringUp(*window); });
+    menu_->addWindowItem(item);
 }
 
-QWidget *MainWindow::createStatusRow()
-{
-    statusText_ = new QLabel;
-    statusText_->setObjectName(u"statusText"_s);
-    statusText_->setTextFormat(Qt::PlainText);
-    statusText_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-    progressIndi_ = new QProgressBar;
-    progressIndi_->setObjectName(u"progressIndi"_s);
-    progressIndi_->setAccessibleName(localized(u"ReadProgress"_s));
-    progressIndi_->setFormat(u"%v/%m"_s);
-    progressIndi_->setFixedWidth(160);
-    progressIndi_->hide();
-    messageNumberText_ = new QLabel;
-    messageNumberText_->setObjectName(u"messageNumberText"_s);
-    messageNumberText_->setTextFormat(Qt::PlainText);
-
-    auto *row = new QWidget;
-    auto *layout = new QHBoxLayout(row);
-    layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(statusText_, 1);
-    layout->addWidget(progressIndi_);
-    layout->addWidget(messageNumberText_);
-    row->setMinimumHeight(progressIndi_->sizeHint().height());
-    return row;
-}
-
-void MainWindow::createActions()
-{
-    const auto add = [this](QMenu *menu, const QString &name, const QString &text,
-                            const QKeySequence &keys, void (VelmorRSS::*command)()) {
-        QAction *action = menu->addAction(text);
-        action->setObjectName(name);
-        action->setShortcut(keys);
-        connect(action, &QAction::triggered, this, [this, command] { (control_.*command)(); });
-        return action;
-    };
-    QMenu *file = menuBar()->addMenu(localized(u"MenuFile"_s));
-    add(file, u"actGetRSS"_s, localized(u"MenuReadFeeds"_s), QKeySequence::Refresh,
-        &VelmorRSS::actGetRSS);
-    file->addSeparator();
-    file->addActions(feedView_->fileActions());
-    file->addSeparator();
-    add(file, u"actQuit"_s, localized(u"MenuQuit"_s), QKeySequence::Quit, &VelmorRSS::actQuit);
-
-    QMenu *display = menuBar()->addMenu(localized(u"MenuDisplay"_s));
-    actStartDisp_ = add(display, u"actStartDisp"_s, localized(u"MenuStartDisplay"_s),
-                        QKeySequence(Qt::CTRL | Qt::Key_D), &VelmorRSS::actStartDisp);
-    actStopDisp_ = add(display, u"actStopDisp"_s, localized(u"MenuStopDisplay"_s),
-                       QKeySequence(Qt::CTRL | Qt::Key_Period), &VelmorRSS::actStopDisp);
-    display->addSeparator();
-    add(display, u"actOpenLEDWindow"_s, localized(u"MenuLEDWindow"_s),
-        QKeySequence(Qt::CTRL | Qt::Key_L), &VelmorRSS::actOpenLEDWindow);
-}
-
-// What the controller asks.
-// -------------------------------------------------------------------------
+// What the controller asks. -----------------------------------------------------------------------
 
 void MainWindow::showStartupWindow()
 {
@@ -224,14 +180,14 @@ void MainWindow::closeStartupWindow()
 
 void MainWindow::showMainWindow()
 {
-    show();
-    raise();
-    activateWindow();
+    bringUp(*this);
+    menu_->validateItems();
 }
 
 void MainWindow::hideMainWindow()
 {
     hide();
+    menu_->validateItems();
 }
 
 bool MainWindow::isMainWindowVisible() const
@@ -242,14 +198,14 @@ bool MainWindow::isMainWindowVisible() const
 void MainWindow::selectTab(const QString &identifier)
 {
     for (int index = 0; index < mainTab_->count(); ++index) {
-        if (mainTab_->widget(index)->property("identifier").toString() == identifier)
+        if (mainTab_->widget(index)->property(identifierProperty).toString() == identifier)
             mainTab_->setCurrentIndex(index);
     }
 }
 
 QString MainWindow::selectedTab() const
 {
-    return mainTab_->currentWidget()->property("identifier").toString();
+    return mainTab_->currentWidget()->property(identifierProperty).toString();
 }
 
 void MainWindow::clearMessageSelection()
@@ -262,17 +218,42 @@ void MainWindow::scrollMessagesToTop()
     messageView_->scrollToRow(0);
 }
 
-void MainWindow::createMenus() {}
+int MainWindow::selectedRow(const QString &tabIdentifier) const
+{
+    if (tabIdentifier == tab::list)
+        return feedView_->selectedRow();
+    return tabIdentifier == tab::message ? messageView_->selectedRow() : -1;
+}
+
+void MainWindow::reloadTable(const QString &tabIdentifier)
+{
+    if (tabIdentifier == tab::list)
+        feedView_->applyViewSettings();
+    else if (tabIdentifier == tab::message)
+        messageView_->applyViewSettings();
+}
+
+void MainWindow::copyToPasteboard(const QString &text)
+{
+    QGuiApplication::clipboard()->setText(text);
+}
+
+void MainWindow::createMenus()
+{
+    menu_->createTextMenus();
+    showProblems();
+}
 
 void MainWindow::showLEDWindow()
 {
-    ledWindow_.show();
-    ledWindow_.raise();
+    ledWindow_.showBeside(geometry().marginsAdded(frameAllowance), screen()->availableGeometry());
+    menu_->validateItems();
 }
 
 void MainWindow::closeLEDWindow()
 {
     ledWindow_.hide();
+    menu_->validateItems();
 }
 
 bool MainWindow::isLEDWindowVisible() const
@@ -282,22 +263,23 @@ bool MainWindow::isLEDWindowVisible() const
 
 void MainWindow::setDrawerButton(bool on)
 {
-    drawerButton_->setChecked(on);
+    commandRow_->setDrawerButton(on);
 }
 
 bool MainWindow::descriptionButton() const
 {
-    return descriptionButton_->isChecked();
+    return commandRow_->descriptionButton();
 }
 
 void MainWindow::setDescriptionButton(bool on)
 {
-    descriptionButton_->setChecked(on);
+    commandRow_->setDescriptionButton(on);
+    menu_->validateItems();
 }
 
 void MainWindow::setDescriptionButtonEnabled(bool enabled)
 {
-    descriptionButton_->setEnabled(enabled);
+    commandRow_->setDescriptionButtonEnabled(enabled);
 }
 
 bool MainWindow::isDescriptionDrawerOpen() const
@@ -307,15 +289,15 @@ bool MainWindow::isDescriptionDrawerOpen() const
 
 void MainWindow::setDescriptionDrawerOpen(bool open)
 {
-    if (open && descriptionDrawer_->isHidden()) {
-        const qint64 stored = defaults_.integerForKey(drawerHeightKey);
-        const int height =
-            stored > 0 ? static_cast<int>(std::min<qint64>(stored, 2000)) : defaultDrawerHeight;
-        descriptionDrawer_->show();
-        splitter_->setSizes({splitter_->height() - height, height});
-    } else {
-        descriptionDrawer_->setVisible(open);
-    }
+    if (open == isDescriptionDrawerOpen())
+        return;
+    descriptionDrawer_->setVisible(open);
+    if (!open)
+        return;
+    const qint64 stored = parts_.defaults.integerForKey(drawerHeightKey);
+    const int height = stored > 0 ? static_cast<int>(std::min<qint64>(stored, highestDrawer))
+                                  : defaultDrawerHeight;
+    splitter_->setSizes({splitter_->height() - height, height});
 }
 
 bool MainWindow::isLedDrawerOpen() const
@@ -330,10 +312,9 @@ void MainWindow::setLedDrawerOpen(bool open)
 
 void MainWindow::updateControls()
 {
-    startDispButton_->setEnabled(control_.canStartDisp());
-    actStartDisp_->setEnabled(control_.canStartDisp());
-    stopDispButton_->setEnabled(control_.canStopDisp());
-    actStopDisp_->setEnabled(control_.canStopDisp());
+    commandRow_->setCanStart(parts_.control.canStartDisp());
+    commandRow_->setCanStop(parts_.control.canStopDisp());
+    menu_->validateItems();
     messageView_->renew();
 }
 
@@ -359,44 +340,62 @@ void MainWindow::terminate()
     QCoreApplication::quit();
 }
 
+// What the window shows. --------------------------------------------------------------------------
+
 void MainWindow::showNotice(const QString &text)
 {
-    notice_ = text;
-    showPresentation();
+    statusRow_->showNotice(text);
 }
 
-// The fetch keeps the main thread: what it waits for is painted before it begins.
 void MainWindow::showFetching(const QString &sentence)
 {
     if (startupWindow_ != nullptr)
         startupWindow_->showAddress(sentence);
-    showNotice(sentence);
-    statusText_->repaint();
+    statusRow_->showFetching(sentence);
 }
-
-// What the window shows.
-// ----------------------------------------------------------------------------
 
 void MainWindow::showPresentation()
 {
-    const auto shown = msgList_.presentation();
-    if (!shown->statusText.isEmpty())
-        notice_.clear();
-    statusText_->setText(shown->statusText.isEmpty() ? notice_ : shown->statusText);
-    progressIndi_->setVisible(shown->progressRunning);
-    progressIndi_->setMaximum(std::max(shown->progressMaximum, 1));
-    progressIndi_->setValue(shown->progressValue);
-    messageNumberText_->setText(shown->messageNumber);
-    if (descriptionDrawer_->toPlainText() != shown->description)
-        descriptionDrawer_->setPlainText(shown->description);
+    const auto shown = parts_.msgList.presentation();
+    statusRow_->showPresentation(*shown);
+    descriptionDrawer_->showDescription(shown->description);
     ledWindow_.setDescription(shown->description);
+    showProblems();
     updateControls();
+}
+
+// Settings and lists are saved from many places; whether the last save went well is asked now and
+// then instead of in each of them.
+void MainWindow::showProblems()
+{
+    const int failed = parts_.msgList.failedSiteCount();
+    statusRow_->setProblem(StandingProblem::Store, parts_.defaults.lastError());
+    statusRow_->setProblem(StandingProblem::Board, parts_.setup.boardProblem());
+    statusRow_->setProblem(StandingProblem::Feeds,
+                           failed > 0 ? localized(u"FeedsFailed"_s).arg(failed) : QString());
+}
+
+void MainWindow::showAbout()
+{
+    auto *about = new QMessageBox(this);
+    about->setObjectName(u"aboutDialog"_s);
+    about->setWindowTitle(localized(u"MenuAbout"_s).remove(u"(&A)"_s));
+    about->setIconPixmap(windowIcon().pixmap(64));
+    about->setTextFormat(Qt::PlainText);
+    about->setText(localized(u"AboutText"_s).arg(QCoreApplication::applicationVersion()));
+    about->setInformativeText(localized(u"AboutInfo"_s));
+    about->addButton(localized(u"Understand"_s), QMessageBox::AcceptRole);
+    about->setAttribute(Qt::WA_DeleteOnClose);
+    about->open();
 }
 
 void MainWindow::closeEvent(QCloseEvent *event)
 {
     event->ignore();
-    control_.actQuit();
+    if (hidesWhenClosed_ && hidesWhenClosed_())
+        hideMainWindow();
+    else
+        parts_.control.actQuit();
 }
 
 // For those who measure the start: QT_LOGGING_RULES="qovelmorrss.app.debug=true" shows the line.
@@ -409,18 +408,20 @@ void MainWindow::paintEvent(QPaintEvent *event)
 
 void MainWindow::restoreSizes()
 {
-    resize(defaultSize);
-    const QByteArray geometry = defaults_.dataForKey(geometryKey);
-    if (!geometry.isEmpty())
-        restoreGeometry(geometry);
+    const QByteArray geometry = parts_.defaults.dataForKey(geometryKey);
+    if (geometry.isEmpty() || !restoreGeometry(geometry)) {
+        const QRect place = firstPlace(screen()->availableGeometry());
+        resize(place.size());
+        move(place.topLeft());
+    }
 }
 
 void MainWindow::storeSizes()
 {
-    defaults_.setData(saveGeometry(), geometryKey);
+    parts_.defaults.setData(saveGeometry(), geometryKey);
     if (descriptionDrawer_->isVisible())
-        defaults_.setInteger(descriptionDrawer_->height(), drawerHeightKey);
-    defaults_.synchronize();
+        parts_.defaults.setInteger(descriptionDrawer_->height(), drawerHeightKey);
+    parts_.defaults.synchronize();
 }
 
 } // namespace qovelmor

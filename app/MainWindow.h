@@ -4,30 +4,29 @@
 #include "app/AppWindow.h"
 
 #include <QMainWindow>
-#include <QPointer>
+#include <QTimer>
 
-class QAction;
-class QLabel;
-class QMessageBox;
-class QPlainTextEdit;
-class QProgressBar;
-class QPushButton;
 class QSplitter;
 class QTabWidget;
-class QToolButton;
 
 namespace qovelmor {
 
+class CommandRow;
+class DescriptionDrawer;
 class FeedListView;
 class LEDWindow;
+class MainMenu;
 class MessageList;
 class MessageListView;
+class Setup;
 class StartupWindow;
+class StatusRow;
 class UserDefaults;
 class VelmorRSS;
 
-/// The main window: the tabs with the two tables, the buttons of the run cycle, the status line and
-/// the description drawer. Shows the controllers' state and forwards what the user does.
+/// The main window: menus, buttons, the tabs with the two tables, the description drawer and the
+/// status line, each a piece of its own. It shows the controllers' state and forwards what the user
+/// does.
 class MainWindow final : public QMainWindow, public AppWindow
 {
     Q_OBJECT
@@ -37,12 +36,27 @@ public:
     {
         VelmorRSS &control;
         MessageList &msgList;
+        Setup &setup;
         UserDefaults &defaults;
     };
     /// The views become children of the window; the LED window stays its own.
     MainWindow(Controllers controllers, FeedListView *feedView, MessageListView *messageView,
                LEDWindow &ledWindow);
     ~MainWindow() override;
+
+    /// One more tab, with an item in the view menu.
+    void addTab(QWidget *view, const QString &identifier, const QString &textKey,
+                const QString &itemTextKey);
+    /// A window of its own that an item of the window menu brings up; the item carries `name`.
+    void addWindow(QWidget *window, const QString &name, const QString &itemTextKey);
+    MainMenu &menu() const { return *menu_; }
+    /// Whether closing the window only hides it, because something can bring it back. Otherwise it
+    /// quits.
+    void setHidesWhenClosed(std::function<bool()> hides) { hidesWhenClosed_ = std::move(hides); }
+
+    /// A sentence in the status line; see StatusRow.
+    void showNotice(const QString &text);
+    void showFetching(const QString &sentence);
 
     void showStartupWindow() override;
     void closeStartupWindow() override;
@@ -54,6 +68,9 @@ public:
     QString selectedTab() const override;
     void clearMessageSelection() override;
     void scrollMessagesToTop() override;
+    int selectedRow(const QString &tabIdentifier) const override;
+    void reloadTable(const QString &tabIdentifier) override;
+    void copyToPasteboard(const QString &text) override;
     void createMenus() override;
 
     void showLEDWindow() override;
@@ -74,45 +91,33 @@ public:
                    std::function<void()> answered) override;
     void terminate() override;
 
-    /// A sentence in the status line that stays until the next read.
-    void showNotice(const QString &text);
-
 protected:
     void closeEvent(QCloseEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    void showFetching(const QString &sentence);
-    QWidget *createCommandRow();
-    QWidget *createStatusRow();
-    QToolButton *createToggle(const QString &name, const QString &text);
-    void createActions();
+    void layOut();
+    void connectParts();
     void showPresentation();
+    void showProblems();
+    void showAbout();
     void restoreSizes();
     void storeSizes();
 
-    VelmorRSS &control_;
-    MessageList &msgList_;
-    UserDefaults &defaults_;
+    Controllers parts_;
     FeedListView *feedView_;
     MessageListView *messageView_;
     LEDWindow &ledWindow_;
     StartupWindow *startupWindow_ = nullptr;
 
-    QTabWidget *mainTab_ = nullptr;
-    QSplitter *splitter_ = nullptr;
-    QPlainTextEdit *descriptionDrawer_ = nullptr;
-    QPushButton *startDispButton_ = nullptr;
-    QPushButton *stopDispButton_ = nullptr;
-    QPushButton *getRSSButton_ = nullptr;
-    QToolButton *drawerButton_ = nullptr;
-    QToolButton *descriptionButton_ = nullptr;
-    QLabel *statusText_ = nullptr;
-    QLabel *messageNumberText_ = nullptr;
-    QProgressBar *progressIndi_ = nullptr;
-    QAction *actStartDisp_ = nullptr;
-    QAction *actStopDisp_ = nullptr;
-    QString notice_;
+    MainMenu *menu_;
+    CommandRow *commandRow_;
+    QTabWidget *mainTab_;
+    DescriptionDrawer *descriptionDrawer_;
+    QSplitter *splitter_;
+    StatusRow *statusRow_;
+    QTimer problemWatch_;
+    std::function<bool()> hidesWhenClosed_;
     bool isPainted_ = false;
 };
 

@@ -2,10 +2,12 @@
 #include "app/Program.h"
 
 #include "app/ExitSignals.h"
+#include "app/MainMenu.h"
 #include "app/MainWindow.h"
 #include "app/PowerWatcher.h"
 #include "app/RaiseService.h"
 #include "app/TerminalView.h"
+#include "app/TrayIcon.h"
 #include "board/SerialDevices.h"
 #include "board/VelmorSystem.h"
 #include "feeds/views/FeedListView.h"
@@ -92,13 +94,26 @@ void Program::makeWindows()
     ledWindow_ = std::make_unique<LEDWindow>(screen_, defaults_);
     auto *feedView = new FeedListView(rssList_);
     auto *messageView = new MessageListView(msgList_);
-    mainWindow_ = std::make_unique<MainWindow>(
-        MainWindow::Controllers{control_, msgList_, defaults_}, feedView, messageView, *ledWindow_);
+    mainWindow_ =
+        std::make_unique<MainWindow>(MainWindow::Controllers{control_, msgList_, setup_, defaults_},
+                                     feedView, messageView, *ledWindow_);
     control_.setWindow(*mainWindow_);
-    QObject::connect(ledWindow_.get(), &LEDWindow::boardDoubleClicked, mainWindow_.get(),
-                     [this] { msgList_.actDoubleClickRSSView(); });
+    makeTrayIcon();
     if (commandLine_.terminal)
         terminalView_ = std::make_unique<TerminalView>(screen_, msgList_);
+}
+
+// What a person needs while the main window is hidden stands in the icon's menu.
+void Program::makeTrayIcon()
+{
+    MainMenu &menu = mainWindow_->menu();
+    trayIcon_ = std::make_unique<TrayIcon>(
+        QList{menu.item(u"actOpenMainWindow"_s), menu.item(u"actOpenLEDWindow"_s),
+              menu.item(u"actStartDisp"_s), menu.item(u"actStopDisp"_s), menu.item(u"actQuit"_s)});
+    QObject::connect(trayIcon_.get(), &TrayIcon::clicked, mainWindow_.get(),
+                     [this] { control_.applicationShouldHandleReopen(); });
+    QObject::connect(trayIcon_.get(), &TrayIcon::menuOpens, &menu, &MainMenu::validateItems);
+    mainWindow_->setHidesWhenClosed([this] { return trayIcon_->isThere(); });
 }
 
 int Program::run()

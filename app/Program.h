@@ -27,6 +27,7 @@ namespace qovelmor {
 class MainWindow;
 class LEDWindow;
 class TerminalView;
+class TrayIcon;
 class VelmorSystem;
 
 /// Makes every part of the program, connects them, and runs it. The order of the members is the
@@ -43,6 +44,7 @@ public:
 private:
     void connectParts();
     void makeWindows();
+    void makeTrayIcon();
     void launch();
     void startOnce();
 
@@ -70,6 +72,7 @@ private:
 
     std::unique_ptr<LEDWindow> ledWindow_;
     std::unique_ptr<MainWindow> mainWindow_;
+    std::unique_ptr<TrayIcon> trayIcon_;
     std::unique_ptr<TerminalView> terminalView_;
     int exitStatus_ = 0;
 };

@@ -56,6 +56,7 @@ private:
 VelmorRSS::VelmorRSS(Services services, Controllers controllers)
     : services_(services)
     , controllers_(controllers)
+    , tables_(controllers.rssList, controllers.msgList)
     , controlsNotice_(services.mainThread)
     , passNotice_(services.mainThread)
     , cycle_(services.clock, *this)
@@ -71,6 +72,12 @@ VelmorRSS::VelmorRSS(Services services, Controllers controllers)
 }
 
 VelmorRSS::~VelmorRSS() = default;
+
+void VelmorRSS::setWindow(AppWindow &window)
+{
+    window_ = &window;
+    tables_.setWindow(window);
+}
 
 // Life of the program. ----------------------------------------------------------------------------
 
@@ -400,6 +407,47 @@ void VelmorRSS::actDescriptionDrawer()
         window_->setDescriptionDrawerOpen(open);
     window_->setDescriptionButton(open);
     controllers_.msgList.viewSettings().setDescButtonState(open ? 1 : 0);
+}
+
+void VelmorRSS::actPreferences()
+{
+    window_->showMainWindow();
+    window_->selectTab(tab::setup);
+}
+
+void VelmorRSS::actOpenSelectedMessage()
+{
+    controllers_.msgList.actDoubleClickListView(window_->selectedRow(tab::message), false);
+}
+
+void VelmorRSS::actDisplayFromSelection()
+{
+    if (!isBusy())
+        controllers_.msgList.actDoubleClickListView(window_->selectedRow(tab::message), true);
+}
+
+// Start and stop stay enabled, unlike their buttons: they do nothing where there is nothing to do,
+// and an empty list can be started, which reads the feeds until there is something to show.
+bool VelmorRSS::validateMenuItem(const QString &action) const
+{
+    if (action == u"actCopyRow"_s)
+        return tables_.canCopyRow();
+    if (action == u"actOpenSelectedMessage"_s || action == u"actDisplayFromSelection"_s)
+        return window_->selectedTab() == tab::message && tables_.canCopyRow();
+    if (action == u"actOpenMainWindow"_s)
+        return !window_->isMainWindowVisible();
+    if (action == u"actOpenLEDWindow"_s)
+        return !window_->isLEDWindowVisible();
+    if (action == u"actFontItem"_s)
+        return controllers_.msgList.isFontItemEnabled();
+    if (action == u"actBoarderItem"_s)
+        return controllers_.msgList.isBoarderItemEnabled();
+    return true;
+}
+
+QString VelmorRSS::descriptionItemTitle() const
+{
+    return window_->descriptionButton() ? u"詳細記事画面を閉じる"_s : u"詳細記事画面を開く"_s;
 }
 
 void VelmorRSS::tabViewDidSelectTabViewItem(const QString &identifier)

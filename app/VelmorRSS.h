@@ -2,6 +2,7 @@
 #pragma once
 
 #include "app/RunCycle.h"
+#include "app/TableCommands.h"
 #include "feeds/needs/DisplayControl.h"
 #include "messages/needs/RunControl.h"
 #include "platform/ChangeNotice.h"
@@ -54,7 +55,7 @@ public:
     ~VelmorRSS() override;
 
     /// The windows, before the launch.
-    void setWindow(AppWindow &window) { window_ = &window; }
+    void setWindow(AppWindow &window);
 
     // Life of the program. ----------------------------------------------------------------------
 
@@ -110,6 +111,20 @@ public:
     void actOpenLEDWindow() { actDrawerButton(); }
     void actOpenMainWindow();
     void actDescriptionDrawer();
+    /// Shows the main window's tab with the settings.
+    void actPreferences();
+    void actCopyRow() { tables_.actCopyRow(); }
+    void actSizeBigger() { tables_.actSizeBigger(); }
+    void actSizeSmaller() { tables_.actSizeSmaller(); }
+    void actSizeOriginal() { tables_.actSizeOriginal(); }
+    /// Opens the article of the selected message.
+    void actOpenSelectedMessage();
+    /// The display starts (again) at the selected message.
+    void actDisplayFromSelection();
+    /// Whether the menu item of an action can be chosen now.
+    bool validateMenuItem(const QString &action) const;
+    /// The title of the description drawer's menu item.
+    QString descriptionItemTitle() const;
     void tabViewDidSelectTabViewItem(const QString &identifier);
 
     bool siteAccessWithAddress(const QString &address) override;
@@ -143,6 +158,7 @@ private:
     Services services_;
     Controllers controllers_;
     AppWindow *window_ = nullptr;
+    TableCommands tables_;
     ChangeNotice controlsNotice_;
     ChangeNotice passNotice_;
     std::function<void()> passListener_;

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "app/CommandLine.h"
+#include "app/InterfaceFont.h"
 #include "app/Program.h"
 #include "app/RaiseService.h"
 #include "app/StartChecks.h"
@@ -60,6 +61,7 @@ int main(int argc, char **argv)
         const FatalMessagesEndQuietly quietly;
         application.emplace(argc, argv);
     }
+    chooseInterfaceFont();
     QApplication::setWindowIcon(QIcon(u":/desktop/qovelmorrss.svg"_s));
     // Where there is no tray, closing the main window quits by the program's own way out.
     QApplication::setQuitOnLastWindowClosed(false);

@@ -118,6 +118,9 @@ public:
 
     std::shared_ptr<const DisplaySwitches> switches() const { return switches_.snapshot(); }
     MessageViewSettings &viewSettings() { return viewSettings_; }
+    void _setRowHeight(double points) { viewSettings_.setRowHeight(points); }
+    /// The table's font is the system's; only its size can be chosen.
+    void setFont(double points) { viewSettings_.setFontSize(points); }
 
     void setIsDispLine(bool value) { switches_.setIsDispLine(value); }
     void setIsDispDate(bool value) { switches_.setIsDispDate(value); }

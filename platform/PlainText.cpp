@@ -33,12 +33,17 @@ QString withoutControls(const QString &text)
     return plain;
 }
 
-QString forWindow(const QString &text)
+QString withoutDirectionMarks(const QString &text)
 {
-    QString plain = withoutControls(text);
-    if (std::any_of(plain.cbegin(), plain.cend(), turnsDirection))
+    QString plain = text;
+    if (std::any_of(text.cbegin(), text.cend(), turnsDirection))
         plain.removeIf(turnsDirection);
     return plain;
+}
+
+QString forWindow(const QString &text)
+{
+    return withoutDirectionMarks(withoutControls(text));
 }
 
 } // namespace qovelmor

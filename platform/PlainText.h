@@ -9,6 +9,9 @@ namespace qovelmor {
 /// line.
 QString withoutControls(const QString &text);
 
+/// The text without the invisible marks that turn the direction of writing; line ends stay.
+QString withoutDirectionMarks(const QString &text);
+
 /// withoutControls, and without the invisible marks that turn the direction of writing: a headline
 /// cannot rearrange the text around it in a window.
 QString forWindow(const QString &text);

@@ -70,6 +70,7 @@ void Setup::previewSound(const QString &name)
 void Setup::startBoard()
 {
     if (!ledSystem().openSerialPortWithNumber(portNumber())) {
+        boardProblem_ = ledSystem().openProblem();
         dropBoard();
         msgList_->writeStringLog(u"シリアルポートのオープンに失敗"_s);
     } else if (!ledSystem().comTest()) {

@@ -59,6 +59,9 @@ public:
     /// in awakeFromNibx() and then for the whole run.
     BoardLink &ledSystem() const override { return *board_; }
     bool hasLedSystem() const { return hasBoard_; }
+    /// Why the port did not open at the start and what helps, as a sentence for the window; empty
+    /// when there is nothing to say.
+    QString boardProblem() const { return boardProblem_; }
     /// The names for the port menu, in the order of the port numbers.
     QStringList portNames() const;
 
@@ -208,6 +211,7 @@ private:
 
     std::unique_ptr<BoardLink> board_;
     std::atomic<bool> hasBoard_;
+    QString boardProblem_; ///< outlives the link that met it
 
     mutable std::mutex valuesMutex_; // a leaf: nothing is called while it is held
     SettingsValues values_;

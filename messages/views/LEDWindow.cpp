@@ -2,12 +2,13 @@
 #include "messages/views/LEDWindow.h"
 
 #include "messages/OnScreenBoard.h"
+#include "messages/views/DescriptionDrawer.h"
 #include "messages/views/OnScreenBoardView.h"
+#include "messages/views/WindowPlace.h"
 #include "platform/Localization.h"
 #include "platform/UserDefaults.h"
 
 #include <QCloseEvent>
-#include <QPlainTextEdit>
 #include <QSplitter>
 #include <QVBoxLayout>
 
@@ -27,6 +28,7 @@ const auto drawerOpenKey = u"LEDWindowDrawerOpen"_s; // when the place was store
 constexpr int firstDrawerHeight = 110;
 constexpr int lowestDrawer = 48;
 constexpr int highestDrawer = 2000;
+constexpr QSize frameAllowance{8, 40};
 constexpr auto settleTime = 700ms; // after the last move, so that a drag is stored once
 
 } // namespace
@@ -36,21 +38,12 @@ LEDWindow::LEDWindow(OnScreenBoard &board, UserDefaults &defaults, QWidget *pare
     , board_(board)
     , defaults_(defaults)
     , boardView_(new OnScreenBoardView(board))
-    , ledDrawer_(new QPlainTextEdit)
+    , ledDrawer_(new DescriptionDrawer(u"ledDrawer"_s))
     , splitter_(new QSplitter(Qt::Vertical))
     , drawerHeight_(firstDrawerHeight)
 {
     setObjectName(u"ledWindow"_s);
     setWindowTitle(localized(u"LEDWindowTitle"_s));
-
-    ledDrawer_->setObjectName(u"ledDrawer"_s);
-    ledDrawer_->setAccessibleName(localized(u"DescriptionDrawer"_s));
-    ledDrawer_->setReadOnly(true);
-    ledDrawer_->setTabChangesFocus(true);
-    ledDrawer_->setFrameShape(QFrame::NoFrame);
-    ledDrawer_->setMinimumHeight(lowestDrawer);
-    ledDrawer_->document()->setDocumentMargin(10);
-    ledDrawer_->hide();
 
     splitter_->addWidget(boardView_);
     splitter_->addWidget(ledDrawer_);
@@ -106,8 +99,7 @@ void LEDWindow::noteDrawerHeight()
 
 void LEDWindow::setDescription(const QString &text)
 {
-    if (text != ledDrawer_->toPlainText())
-        ledDrawer_->setPlainText(text);
+    ledDrawer_->showDescription(text);
 }
 
 void LEDWindow::closeEvent(QCloseEvent *event)
@@ -154,15 +146,31 @@ void LEDWindow::resizeEvent(QResizeEvent *event)
     storePlaceLater();
 }
 
+void LEDWindow::showBeside(const QRect &other, const QRect &screen)
+{
+    other_ = other;
+    screen_ = screen;
+    show();
+    raise();
+}
+
 // The window comes back with its panel shut, whoever opens it makes it higher again.
 void LEDWindow::restorePlace()
 {
     if (const auto height = defaults_.integerForKey(drawerHeightKey); height >= lowestDrawer)
         drawerHeight_ = int(std::min<qint64>(height, highestDrawer));
     if (!restoreGeometry(defaults_.dataForKey(geometryKey)))
-        resize(boardView_->sizeHint());
+        takeFirstPlace();
     else if (defaults_.boolForKey(drawerOpenKey) && !isMaximized() && !isFullScreen())
         resize(width(), height() - heightOfOpenDrawer());
+}
+
+// How much a frame takes is not known before a window has been shown for a while.
+void LEDWindow::takeFirstPlace()
+{
+    resize(boardView_->sizeHint());
+    if (!other_.isEmpty())
+        move(placeBeside(other_, size() + frameAllowance, screen_));
 }
 
 void LEDWindow::storePlaceLater()

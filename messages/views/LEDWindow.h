@@ -1,14 +1,15 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QRect>
 #include <QTimer>
 #include <QWidget>
 
-class QPlainTextEdit;
 class QSplitter;
 
 namespace qovelmor {
 
+class DescriptionDrawer;
 class OnScreenBoard;
 class OnScreenBoardView;
 class UserDefaults;
@@ -33,6 +34,9 @@ public:
     void setDrawerOpen(bool open);
     bool isDrawerOpen() const;
 
+    /// Shows the window where it stood last; the first time beside another one, not on top of it.
+    void showBeside(const QRect &other, const QRect &screen);
+
     /// Taken as plain text, whatever it looks like.
     void setDescription(const QString &text);
 
@@ -51,16 +55,19 @@ private:
     int heightOfOpenDrawer() const;
     void noteDrawerHeight();
     void restorePlace();
+    void takeFirstPlace();
     void storePlace();
     void storePlaceLater();
 
     OnScreenBoard &board_;
     UserDefaults &defaults_;
     OnScreenBoardView *boardView_;
-    QPlainTextEdit *ledDrawer_;
+    DescriptionDrawer *ledDrawer_;
     QSplitter *splitter_;
     QTimer settled_;
     int drawerHeight_;
+    QRect other_; ///< empty: the window system chooses the first place
+    QRect screen_;
     bool isPlaced_ = false;
 };
 

@@ -2,6 +2,7 @@
 #include "messages/views/MessageListView.h"
 
 #include "messages/MessageList.h"
+#include "messages/views/IconedCell.h"
 #include "platform/Localization.h"
 #include "platform/views/ListTable.h"
 
@@ -10,23 +11,29 @@
 namespace qovelmor {
 
 using namespace Qt::Literals::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
 
 const std::vector<double> factoryColumnWidths = {48, 110, 170, 460};
+constexpr auto firstSeenDelay = 500ms; // a page is drawn cell by cell and saved once
 
 } // namespace
 
 MessageListView::MessageListView(MessageList &msgList)
     : msgList_(msgList)
-    , model_(
-          [&msgList](const QString &headline) { return msgList.dateStringWithMessage(headline); })
+    , model_([this](const QString &headline) { return firstSeenTime(headline); })
     , table_(new ListTable(model_, {u"msgListView"_s, localized(u"TabMessage"_s),
                                     u"noMessagesText"_s, localized(u"NoMessagesYet"_s)}))
 {
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(table_);
+
+    table_->setItemDelegateForColumn(MessageTableModel::MSGPresent, new IconedCell(table_));
+    firstSeenSave_.setSingleShot(true);
+    firstSeenSave_.setInterval(firstSeenDelay);
+    connect(&firstSeenSave_, &QTimer::timeout, this, [this] { msgList_.saveFirstSeenTimes(); });
 
     table_->setLook({factoryColumnWidths});
     applyViewSettings();
@@ -37,6 +44,19 @@ MessageListView::MessageListView(MessageList &msgList)
                 msgList_.actDoubleClickListView(row, modifiers.testFlag(Qt::AltModifier));
             });
     renew();
+}
+
+// Drawing a cell asks for the time and may note a new one; the disk is left for later.
+QString MessageListView::firstSeenTime(const QString &headline)
+{
+    if (!firstSeenSave_.isActive())
+        firstSeenSave_.start();
+    return msgList_.dateStringWithMessage(headline);
+}
+
+int MessageListView::selectedRow() const
+{
+    return table_->selectedRow();
 }
 
 void MessageListView::clearSelection()

@@ -3,6 +3,7 @@
 
 #include "messages/MessageTableModel.h"
 
+#include <QTimer>
 #include <QWidget>
 
 namespace qovelmor {
@@ -20,6 +21,8 @@ public:
     explicit MessageListView(MessageList &msgList);
 
     ListTable *listView() const { return table_; }
+    /// -1 when no row is selected.
+    int selectedRow() const;
     void clearSelection();
     void scrollToRow(int row);
     /// Takes over what the list presents now.
@@ -28,9 +31,12 @@ public:
     void applyViewSettings();
 
 private:
+    QString firstSeenTime(const QString &headline);
+
     MessageList &msgList_;
     MessageTableModel model_;
     ListTable *table_;
+    QTimer firstSeenSave_;
     unsigned scrollRequestsSeen_ = 0;
 };
 

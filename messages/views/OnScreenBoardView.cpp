@@ -6,7 +6,7 @@
 #include "platform/Localization.h"
 
 #include <QLinearGradient>
-#include <QMouseEvent>
+#include <QPaintEvent>
 #include <QPainter>
 #include <QPointer>
 
@@ -28,7 +28,7 @@ constexpr int smallestCell = 2;
 } // namespace
 
 OnScreenBoardView::OnScreenBoardView(OnScreenBoard &board, QWidget *parent)
-    : QWidget(parent), board_(board)
+    : RSSView(parent), board_(board)
 {
     setObjectName(u"scrollView"_s);
     setAccessibleName(localized(u"LEDBoardView"_s));
@@ -146,7 +146,7 @@ void OnScreenBoardView::paintHousing(QPainter &painter, const QRectF &field) con
 
 void OnScreenBoardView::resizeEvent(QResizeEvent *event)
 {
-    QWidget::resizeEvent(event);
+    RSSView::resizeEvent(event);
     fitBoard();
     update();
 }
@@ -154,15 +154,8 @@ void OnScreenBoardView::resizeEvent(QResizeEvent *event)
 // The density of the screen is known only now.
 void OnScreenBoardView::showEvent(QShowEvent *event)
 {
-    QWidget::showEvent(event);
+    RSSView::showEvent(event);
     fitBoard();
-}
-
-void OnScreenBoardView::mouseDoubleClickEvent(QMouseEvent *event)
-{
-    if (event->button() == Qt::LeftButton)
-        Q_EMIT doubleClicked();
-    QWidget::mouseDoubleClickEvent(event);
 }
 
 } // namespace qovelmor

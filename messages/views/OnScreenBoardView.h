@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QWidget>
+#include "messages/views/RSSView.h"
 
 namespace qovelmor {
 
@@ -9,7 +9,7 @@ class OnScreenBoard;
 
 /// Shows the on-screen board as a sign in its housing. The picture is as large as the widget allows
 /// with every dot on whole pixels of the screen, so its dots are all alike and sharp.
-class OnScreenBoardView final : public QWidget
+class OnScreenBoardView final : public RSSView
 {
     Q_OBJECT
 
@@ -23,14 +23,10 @@ public:
     /// Where the dots are, in the widget's coordinates.
     QRectF fieldRect() const;
 
-Q_SIGNALS:
-    void doubleClicked();
-
 protected:
     void paintEvent(QPaintEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
     void showEvent(QShowEvent *event) override;
-    void mouseDoubleClickEvent(QMouseEvent *event) override;
 
 private:
     int columns() const;

@@ -3,6 +3,7 @@
 
 #include "app/AppWindow.h"
 
+#include <QHash>
 #include <QStringList>
 
 namespace qovelmor {
@@ -25,6 +26,15 @@ public:
     QString selectedTab() const override { return tab; }
     void clearMessageSelection() override { calls << QStringLiteral("clearMessageSelection"); }
     void scrollMessagesToTop() override { calls << QStringLiteral("scrollMessagesToTop"); }
+    int selectedRow(const QString &identifier) const override
+    {
+        return selectedRows.value(identifier, -1);
+    }
+    void reloadTable(const QString &identifier) override
+    {
+        calls << QStringLiteral("reloadTable ") + identifier;
+    }
+    void copyToPasteboard(const QString &text) override { pasteboard = text; }
     void createMenus() override { calls << QStringLiteral("createMenus"); }
 
     void showLEDWindow() override { ledWindowVisible = true; }
@@ -54,6 +64,8 @@ public:
     QStringList alerts;
     std::function<void()> answer; ///< of the last alert that waits for one
     QString tab;
+    QHash<QString, int> selectedRows; ///< of a tab's table
+    QString pasteboard;
     bool mainWindowVisible = false;
     bool ledWindowVisible = false;
     bool drawerButton = false;
