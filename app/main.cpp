@@ -4,6 +4,7 @@
 #include "app/Program.h"
 #include "app/RaiseService.h"
 #include "app/StartChecks.h"
+#include "app/ToolkitTexts.h"
 #include "platform/FreedMemory.h"
 #include "platform/InstanceLock.h"
 #include "platform/UserDefaults.h"
@@ -62,6 +63,7 @@ int main(int argc, char **argv)
         application.emplace(argc, argv);
     }
     chooseInterfaceFont();
+    translateToolkitTexts(*application);
     QApplication::setWindowIcon(QIcon(u":/desktop/qovelmorrss.svg"_s));
     // Where there is no tray, closing the main window quits by the program's own way out.
     QApplication::setQuitOnLastWindowClosed(false);
