@@ -52,10 +52,15 @@ public:
 
     XmlBreak reason() const { return reason_; }
 
-    void stop(xmlParserCtxtPtr parser, XmlBreak reason)
+    void note(XmlBreak reason)
     {
         if (reason_ == XmlBreak::None)
             reason_ = reason;
+    }
+
+    void stop(xmlParserCtxtPtr parser, XmlBreak reason)
+    {
+        note(reason);
         ::xmlStopParser(parser);
         if (parser != parser_)
             ::xmlStopParser(parser_); // an entity's text is read by a parser of its own
@@ -286,8 +291,42 @@ void prepareLibrary()
     });
 }
 
+/// The text, given to the parser piece by piece: after an error it gets no more. Left alone, the
+/// parser goes through all the rest, and may find a million further errors there.
+struct Portions
+{
+    std::string_view left;
+    xmlParserCtxtPtr parser;
+    int errorLine = 0;
+    QByteArray errorText;
+
+    static int next(void *state, char *buffer, int size)
+    {
+        auto &portions = *static_cast<Portions *>(state);
+        if (portions.parser->wellFormed == 0) {
+            if (portions.errorLine == 0) {
+                portions.errorLine = portions.parser->lastError.line;
+                portions.errorText = QByteArray(portions.parser->lastError.message).trimmed();
+            }
+            return 0;
+        }
+        const std::size_t count =
+            portions.left.copy(buffer, static_cast<std::size_t>(std::max(size, 0)));
+        portions.left.remove_prefix(count);
+        return static_cast<int>(count);
+    }
+};
+
+/// Without this, errors of some kinds would be printed.
+void noteError(void *context, xmlErrorPtr error)
+{
+    if (error->code == XML_ERR_NO_MEMORY) // also said of a text that has grown too long
+        builderOf(parserOf(context)).note(XmlBreak::TooLarge);
+}
+
 void setHandlers(xmlSAXHandler &handler)
 {
+    handler.serror = &noteError;
     handler.startElementNs = &startElement;
     handler.characters = &characters;
     handler.ignorableWhitespace = &characters;
@@ -323,8 +362,13 @@ XmlTree buildXmlTree(std::string_view utf8, std::span<const std::string_view> co
     // RECOVER (damaged documents look whole) or anything that loads a DTD.
     const int options = XML_PARSE_NONET | XML_PARSE_NOENT | XML_PARSE_NOCDATA | XML_PARSE_NOERROR |
                         XML_PARSE_NOWARNING;
-    const xmlDocPtr document = ::xmlCtxtReadMemory(
-        parser.get(), utf8.data(), static_cast<int>(utf8.size()), nullptr, nullptr, options);
+    Portions portions{utf8, parser.get(), 0, {}};
+    const xmlDocPtr document =
+        utf8.size() > xmllimits::wholeBytes
+            ? ::xmlCtxtReadIO(parser.get(), &Portions::next, nullptr, &portions, nullptr, nullptr,
+                              options)
+            : ::xmlCtxtReadMemory(parser.get(), utf8.data(), static_cast<int>(utf8.size()), nullptr,
+                                  nullptr, options);
     if (document && builder.reason() == XmlBreak::None) {
         tree.document = document;
         return tree;
@@ -337,6 +381,10 @@ XmlTree buildXmlTree(std::string_view utf8, std::span<const std::string_view> co
     if (tree.reason != XmlBreak::IllFormed && parser->input)
         tree.line = parser->input->line;
     tree.text = QByteArray(error.message).trimmed();
+    if (tree.reason == XmlBreak::IllFormed && portions.errorLine > 0) {
+        tree.line = portions.errorLine;
+        tree.text = portions.errorText;
+    }
     return tree;
 }
 
