@@ -195,10 +195,10 @@ struct NodeMaker
         return ListNode(plist_new_data(bytes.constData(), static_cast<uint64_t>(bytes.size())));
     }
     ListNode operator()(const QDateTime &date) const { return dateNode(date); }
-    ListNode operator()(const PropertyArray &items) const
+    ListNode operator()(const PropertyValue::Shared<PropertyArray> &items) const
     {
         ListNode array(plist_new_array());
-        for (const PropertyValue &item : items) {
+        for (const PropertyValue &item : *items) {
             ListNode node = below(item);
             if (!node)
                 return nullptr;
@@ -206,10 +206,10 @@ struct NodeMaker
         }
         return array;
     }
-    ListNode operator()(const PropertyDictionary &dictionary) const
+    ListNode operator()(const PropertyValue::Shared<PropertyDictionary> &dictionary) const
     {
         ListNode dict(plist_new_dict());
-        for (const PropertyEntry &entry : dictionary.entries()) {
+        for (const PropertyEntry &entry : dictionary->entries()) {
             ListNode node = below(entry.value);
             if (!node)
                 return nullptr;

@@ -89,8 +89,12 @@ PropertyValue::PropertyValue(double value) : value_(value) {}
 PropertyValue::PropertyValue(QString value) : value_(std::move(value)) {}
 PropertyValue::PropertyValue(QByteArray value) : value_(std::move(value)) {}
 PropertyValue::PropertyValue(QDateTime value) : value_(std::move(value)) {}
-PropertyValue::PropertyValue(PropertyArray value) : value_(std::move(value)) {}
-PropertyValue::PropertyValue(PropertyDictionary value) : value_(std::move(value)) {}
+PropertyValue::PropertyValue(PropertyArray value)
+    : value_(std::make_shared<const PropertyArray>(std::move(value)))
+{}
+PropertyValue::PropertyValue(PropertyDictionary value)
+    : value_(std::make_shared<const PropertyDictionary>(std::move(value)))
+{}
 
 namespace {
 
@@ -216,7 +220,17 @@ std::optional<QString> PropertyValue::toText() const
 
 bool operator==(const PropertyValue &a, const PropertyValue &b)
 {
-    return a.value_ == b.value_;
+    return std::visit(
+        [](const auto &left, const auto &right) {
+            using Left = std::decay_t<decltype(left)>;
+            if constexpr (!std::is_same_v<Left, std::decay_t<decltype(right)>>)
+                return false;
+            else if constexpr (requires { left.get(); })
+                return left == right || *left == *right;
+            else
+                return left == right;
+        },
+        a.value_, b.value_);
 }
 
 } // namespace qovelmor

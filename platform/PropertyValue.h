@@ -5,7 +5,9 @@
 #include <QDateTime>
 #include <QString>
 
+#include <memory>
 #include <optional>
+#include <type_traits>
 #include <utility>
 #include <variant>
 #include <vector>
@@ -54,12 +56,15 @@ private:
     std::vector<PropertyEntry> entries_;
 };
 
-/// One value of a property list: the eight types that the format knows.
+/// One value of a property list: the eight types that the format knows. A value never changes, so
+/// copies share what is large: the store is copied for each save, with ten thousand messages in it.
 class PropertyValue
 {
 public:
+    template <typename T>
+    using Shared = std::shared_ptr<const T>; ///< never null
     using Variant = std::variant<bool, qint64, double, QString, QByteArray, QDateTime,
-                                 PropertyArray, PropertyDictionary>;
+                                 Shared<PropertyArray>, Shared<PropertyDictionary>>;
 
     PropertyValue(bool value);
     PropertyValue(int value);
@@ -76,7 +81,12 @@ public:
     template <typename T>
     const T *get() const
     {
-        return std::get_if<T>(&value_);
+        if constexpr (std::is_same_v<T, PropertyArray> || std::is_same_v<T, PropertyDictionary>) {
+            const auto *shared = std::get_if<Shared<T>>(&value_);
+            return shared ? shared->get() : nullptr;
+        } else {
+            return std::get_if<T>(&value_);
+        }
     }
 
     /// Conversions between the scalar types: a boolean counts 0 or 1, a string gives its leading
