@@ -12,6 +12,8 @@
 
 #include <benchmark/benchmark.h>
 
+#include <time.h>
+
 #include <algorithm>
 #include <mutex>
 #include <thread>
@@ -150,6 +152,25 @@ BENCHMARK(wireBytes)
     ->Arg(1)
     ->Iterations(3)
     ->Unit(benchmark::kMillisecond);
+
+/// Processor time of an open link that nobody talks on, per cent of a core.
+void idleLink(benchmark::State &state)
+{
+    SystemClock clock;
+    PseudoTerminal far;
+    const auto system = linkTo(far.path(), clock);
+    const auto processor = [] {
+        timespec time{};
+        clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
+        return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) / 1e9;
+    };
+    constexpr double seconds = 10.0;
+    const double before = processor();
+    for (auto _ : state)
+        clock.sleepFor(std::chrono::seconds(10));
+    state.counters["percent"] = 100.0 * (processor() - before) / seconds;
+}
+BENCHMARK(idleLink)->Iterations(1)->Unit(benchmark::kMillisecond);
 
 } // namespace
 

@@ -57,7 +57,7 @@ QList<QByteArray> systemDevices(udev_enumerate *found, udev *registry, SerialDev
         if (!terminal)
             continue; // unplugged since the look-up
         const TerminalFacts facts = factsOf(terminal.get());
-        if (isSerialDevice(facts) && (type != SerialDeviceType::Modem || facts.isModem))
+        if (isListed(facts, type))
             paths.append(facts.path);
     }
     std::sort(paths.begin(), paths.end(), standsBefore);
@@ -75,6 +75,11 @@ void appendNew(QList<QByteArray> &paths, const QByteArray &path)
 bool isSerialDevice(const TerminalFacts &facts)
 {
     return !facts.path.isEmpty() && !facts.driver.isEmpty() && facts.uartType != "0";
+}
+
+bool isListed(const TerminalFacts &facts, SerialDeviceType type)
+{
+    return isSerialDevice(facts) && (type != SerialDeviceType::Modem || facts.isModem);
 }
 
 bool standsBefore(const QByteArray &path, const QByteArray &otherPath)

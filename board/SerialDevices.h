@@ -31,6 +31,10 @@ struct TerminalFacts
 /// A serial port that a person can plug something into: a driver stands behind it, and a chip.
 bool isSerialDevice(const TerminalFacts &facts);
 
+/// Whether a list of this kind names the device: every serial port for Any and Rs232, the ones that
+/// the registry marks as modems for Modem.
+bool isListed(const TerminalFacts &facts, SerialDeviceType type);
+
 /// Before or after in the list: by name, numbers by their value (ttyUSB2 before ttyUSB10).
 bool standsBefore(const QByteArray &path, const QByteArray &otherPath);
 

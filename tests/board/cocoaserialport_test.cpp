@@ -5,12 +5,41 @@
 #include <QTemporaryDir>
 
 #include <fcntl.h>
+#include <grp.h>
 #include <sys/ioctl.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
 
 using namespace qovelmor;
 using namespace std::chrono_literals;
 using namespace Qt::Literals::StringLiterals;
 using std::chrono::steady_clock;
+
+namespace {
+
+/// Takes the superuser's rights from the calling thread; others never have them.
+class NoPrivileges
+{
+public:
+    NoPrivileges() { become(nobody); }
+    ~NoPrivileges() { become(0); }
+    NoPrivileges(const NoPrivileges &) = delete;
+    NoPrivileges &operator=(const NoPrivileges &) = delete;
+
+private:
+    static constexpr uid_t nobody = 65534;
+
+    // The library's own call would change every thread.
+    void become(uid_t user) const
+    {
+        if (isSuperuser_ && syscall(SYS_setresuid, -1, user, -1) != 0)
+            qFatal("the user does not change");
+    }
+
+    const bool isSuperuser_ = geteuid() == 0;
+};
+
+} // namespace
 
 class CocoaSerialPortTest : public QObject
 {
@@ -37,6 +66,7 @@ private Q_SLOTS:
     void reopen_startsWithAnEmptyQueue();
     void close_endsTheThreadAndTheDescriptor();
     void manyReopens_leaveNothingBehind();
+    void open_withoutTheRight_namesTheGroup();
 };
 
 void CocoaSerialPortTest::lookup_failuresAreSaidOnStandardOutput()
@@ -284,6 +314,33 @@ void CocoaSerialPortTest::manyReopens_leaveNothingBehind()
         QVERIFY(b.port.reopen());
     QCOMPARE(openDescriptors(), before);
     b.arrive("alive");
+}
+
+void CocoaSerialPortTest::open_withoutTheRight_namesTheGroup()
+{
+    const PseudoTerminal far;
+    QCOMPARE(::chmod(far.path().constData(), 0), 0);
+    struct stat status
+    {};
+    QCOMPARE(::stat(far.path().constData(), &status), 0);
+    SystemClock clock;
+    CocoaSerialPort port(clock, {}, listing({far.path()}));
+    StdoutCapture out;
+    port.initForRS232();
+    bool opened = true;
+    {
+        const NoPrivileges noPrivileges;
+        opened = port.openWithPortNumber(0);
+    }
+    QVERIFY(!opened);
+    const QByteArray text = out.text();
+    QVERIFY2(
+        text.contains("Error opening serial port " + far.path() + " - Permission denied(13).\n"),
+        text.constData());
+    const QString group = QString::fromUtf8(getgrgid(status.st_gid)->gr_name);
+    QVERIFY2(port.openProblem().contains(u"グループ%1に加わり"_s.arg(group)),
+             qPrintable(port.openProblem()));
+    QVERIFY(!port.isLost());
 }
 
 QTEST_GUILESS_MAIN(CocoaSerialPortTest)

@@ -27,6 +27,10 @@ private Q_SLOTS:
     void twoCallers_eachShowTheirOwnImage();
     void scrollSetDuringARun_countsFromTheNext();
     void intel_swapsTheWords();
+    void cancel_whilePiecesAreRefused();
+    void cancel_ofAStandingRun_doesNotCutItOff();
+    void pause_ofAStandingRun_endsWithTheRun();
+    void pause_whileWaitingForTheEnd_holdsNothing();
 };
 
 void DisplayRunControlTest::silentBoard_neverHangsACancel()
@@ -218,6 +222,63 @@ void DisplayRunControlTest::intel_swapsTheWords()
     b.start(1);
     QVERIFY(b.waitForEnd());
     QVERIFY(b.far.lines().contains("sc_data 0100 "));
+}
+
+void DisplayRunControlTest::cancel_whilePiecesAreRefused()
+{
+    RunBench b;
+    b.live.taken = -1;
+    b.start(32);
+    QTRY_VERIFY(b.count(dataLine(0, 15)) >= 2);
+    b.system.cancel();
+    QCOMPARE(b.system.showStatus(), 0);
+    const Lines lines = b.linesSoFar();
+    QCOMPARE(lines.last(), "sc_end 0"_ba);
+    QCOMPARE(lines.count("sc_end 0"), 1);
+}
+
+// A standing run does not look at its state: what is asked meanwhile counts when it is over.
+void DisplayRunControlTest::cancel_ofAStandingRun_doesNotCutItOff()
+{
+    RunBench b;
+    b.system.setScroll(false);
+    b.live.taken = -1;
+    b.start(16);
+    QTRY_VERIFY(b.count(dataLine(0, 15)) >= 1);
+    b.system.cancel();
+    QCOMPARE(b.system.showStatus(), 0);
+    QVERIFY(b.log.lines().contains(u"watch VelmorSystem:showThread 4"_s)); // tried to its end
+    QCOMPARE(b.linesSoFar().last(), "sc_show"_ba);
+}
+
+void DisplayRunControlTest::pause_ofAStandingRun_endsWithTheRun()
+{
+    RunBench b;
+    b.system.setScroll(false);
+    b.live.taken = -1;
+    b.start(16);
+    QTRY_VERIFY(b.count(dataLine(0, 15)) >= 1);
+    b.system.pauseScroll();
+    QVERIFY(b.system.isPaused());
+    b.live.taken = 0;
+    QVERIFY(b.waitForEnd());
+    QCOMPARE(b.linesSoFar().last(), "sc_show"_ba);
+}
+
+// All pieces are on the board then, and the board is not asked to stop.
+void DisplayRunControlTest::pause_whileWaitingForTheEnd_holdsNothing()
+{
+    RunBench b;
+    b.live.mode = 2;
+    b.start(16);
+    QTRY_VERIFY(b.count("sc_mode") >= 1);
+    b.system.pauseScroll();
+    QVERIFY(b.system.isPaused());
+    const int asked = b.count("sc_mode");
+    QTRY_VERIFY(b.count("sc_mode") > asked);
+    b.live.mode = 1;
+    QVERIFY(b.waitForEnd());
+    QVERIFY(b.log.lines().isEmpty());
 }
 
 QTEST_GUILESS_MAIN(DisplayRunControlTest)

@@ -28,6 +28,7 @@ private Q_SLOTS:
     void name();
     void portNames_areTheNamesOfTheList();
     void watcher_isQuietAndCloseOnExec();
+    void modemList_holdsWhatIsMarkedAsAModem();
 };
 
 void SerialDevicesTest::onlyDevicesWithDriverAndChipCount_data()
@@ -118,6 +119,21 @@ void SerialDevicesTest::watcher_isQuietAndCloseOnExec()
     QVERIFY(!watcher.takeChange());
     if (watcher.descriptor() >= 0)
         QVERIFY((fcntl(watcher.descriptor(), F_GETFD) & FD_CLOEXEC) != 0);
+}
+
+void SerialDevicesTest::modemList_holdsWhatIsMarkedAsAModem()
+{
+    const TerminalFacts adapter{"/dev/ttyUSB0", "ftdi_sio", {}, false};
+    const TerminalFacts modem{"/dev/ttyACM0", "cdc_acm", {}, true};
+    const TerminalFacts console{"/dev/tty1", {}, {}, true};
+    for (const auto type : {SerialDeviceType::Any, SerialDeviceType::Rs232}) {
+        QVERIFY(isListed(adapter, type));
+        QVERIFY(isListed(modem, type));
+        QVERIFY(!isListed(console, type));
+    }
+    QVERIFY(!isListed(adapter, SerialDeviceType::Modem));
+    QVERIFY(isListed(modem, SerialDeviceType::Modem));
+    QVERIFY(!isListed(console, SerialDeviceType::Modem));
 }
 
 QTEST_GUILESS_MAIN(SerialDevicesTest)

@@ -35,6 +35,7 @@ private Q_SLOTS:
     void countEOS_watch();
     void receiveBreak_endsEachWait_data();
     void receiveBreak_endsEachWait();
+    void receiveCharAndMorethan_lookEveryTenthOfASecond();
 };
 
 void SerialReceiveTest::receiveChar_givesTheNextByte()
@@ -290,6 +291,22 @@ void SerialReceiveTest::receiveBreak_endsEachWait()
     b.port.receiveBreak();
     QCOMPARE(b.port.receiveString(), std::nullopt);
     QCOMPARE(b.port.receiveString(), std::optional(u"left"_s));
+}
+
+// The two polls of 0.1 s are part of what callers see: a byte is not noticed earlier.
+void SerialReceiveTest::receiveCharAndMorethan_lookEveryTenthOfASecond()
+{
+    SerialBench b(PortLimits{});
+    {
+        const LateSender sender(b.far, 10ms, "a");
+        const auto start = steady_clock::now();
+        QCOMPARE(b.port.receiveChar(), quint8('a'));
+        QVERIFY(steady_clock::now() - start >= 100ms);
+    }
+    const LateSender sender(b.far, 10ms, "bc");
+    const auto start = steady_clock::now();
+    QCOMPARE(b.port.receiveStringMorethan(2), std::optional(u"bc"_s));
+    QVERIFY(steady_clock::now() - start >= 100ms);
 }
 
 QTEST_GUILESS_MAIN(SerialReceiveTest)
