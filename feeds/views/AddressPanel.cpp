@@ -37,7 +37,6 @@ AddressPanel::AddressPanel(QWidget *parent)
     auto *buttons = new QDialogButtonBox;
     actAddressExec_ = buttons->addButton(localized(u"AddressExec"_s), QDialogButtonBox::AcceptRole);
     actAddressExec_->setObjectName(u"actAddressExec"_s);
-    actAddressExec_->setDefault(true);
     actAddressCancel_ =
         buttons->addButton(localized(u"AddressCancel"_s), QDialogButtonBox::RejectRole);
     actAddressCancel_->setObjectName(u"actAddressCancel"_s);
@@ -63,6 +62,7 @@ void AddressPanel::openWith(const QString &title, const QString &address)
     addressText_->setFocus();
     showFetching({});
     updateButton();
+    actAddressExec_->setDefault(true); // the last fetch has left the other one in its place
     open();
 }
 

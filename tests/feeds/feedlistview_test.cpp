@@ -25,6 +25,7 @@ private Q_SLOTS:
     void emptyTable_saysWhatToDo();
     void add_data();
     void add();
+    void add_oneAfterTheOther();
     void add_cancelled_data();
     void add_cancelled();
     void add_nothingTyped_cannotBeEntered();
@@ -190,6 +191,22 @@ void FeedListViewTest::add()
     const int row = static_cast<int>(addresses.indexOf(typed));
     QCOMPARE(desk.cell(row, FeedTableModel::Name), u"New"_s);
     QCOMPARE(desk.cell(row, FeedTableModel::Status), u"未読込"_s);
+}
+
+// During the first fetch the buttons were grey; the dialog must have recovered from that.
+void FeedListViewTest::add_oneAfterTheOther()
+{
+    FeedListDesk desk(u""_s);
+    for (const QString &typed : {u"http://x/"_s, u"http://y/"_s}) {
+        desk.press("createButton");
+        auto *text = desk.find<QLineEdit>("addressText");
+        QVERIFY(text->hasFocus());
+        QVERIFY(desk.find<QPushButton>("actAddressExec")->isDefault());
+        QTest::keyClicks(text, typed);
+        QTest::keyClick(text, Qt::Key_Return);
+        desk.settle();
+    }
+    QCOMPARE(desk.letters(), u"xy"_s);
 }
 
 void FeedListViewTest::add_cancelled_data()
