@@ -154,10 +154,12 @@ void MainWindow::addTab(QWidget *view, const QString &identifier, const QString 
     menu_->addTabItem(item);
 }
 
-void MainWindow::addWindow(QWidget *window, const QString &name, const QString &itemTextKey)
+void MainWindow::addWindow(QWidget *window, const QString &name, const QString &itemTextKey,
+                           const QKeySequence &keys)
 {
     auto *item = new QAction(localized(itemTextKey), this);
     item->setObjectName(name);
+    item->setShortcut(keys);
     connect(item, &QAction::triggered, window, [window] { bringUp(*window); });
     menu_->addWindowItem(item);
 }

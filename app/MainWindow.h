@@ -48,7 +48,8 @@ public:
     void addTab(QWidget *view, const QString &identifier, const QString &textKey,
                 const QString &itemTextKey);
     /// A window of its own that an item of the window menu brings up; the item carries `name`.
-    void addWindow(QWidget *window, const QString &name, const QString &itemTextKey);
+    void addWindow(QWidget *window, const QString &name, const QString &itemTextKey,
+                   const QKeySequence &keys = {});
     MainMenu &menu() const { return *menu_; }
     /// Whether closing the window only hides it, because something can bring it back. Otherwise it
     /// quits.

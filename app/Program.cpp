@@ -13,6 +13,8 @@
 #include "feeds/views/FeedListView.h"
 #include "messages/views/LEDWindow.h"
 #include "messages/views/MessageListView.h"
+#include "schedule/views/TimerView.h"
+#include "settings/views/SettingsView.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -98,9 +100,24 @@ void Program::makeWindows()
         std::make_unique<MainWindow>(MainWindow::Controllers{control_, msgList_, setup_, defaults_},
                                      feedView, messageView, *ledWindow_);
     control_.setWindow(*mainWindow_);
+    addSettings();
     makeTrayIcon();
     if (commandLine_.terminal)
         terminalView_ = std::make_unique<TerminalView>(screen_, msgList_);
+}
+
+void Program::addSettings()
+{
+    auto *settingsView = new SettingsView(setup_, serialDevices_);
+    mainWindow_->addTab(settingsView, tab::setup, u"TabSetup"_s, u"MenuShowTabSetup"_s);
+    QObject::connect(settingsView, &SettingsView::tabWanted, mainWindow_.get(),
+                     [this](const QString &identifier) {
+                         mainWindow_->showMainWindow();
+                         mainWindow_->selectTab(identifier);
+                     });
+    timerWindow_ = std::make_unique<TimerView>(rssTimer_);
+    mainWindow_->addWindow(timerWindow_.get(), u"actOpenTimerWindow"_s, u"MenuTimers"_s,
+                           Qt::CTRL | Qt::Key_T);
 }
 
 // What a person needs while the main window is hidden stands in the icon's menu.

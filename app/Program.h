@@ -19,6 +19,7 @@
 #include "platform/UserDefaults.h"
 #include "schedule/RSSTimer.h"
 #include "settings/Setup.h"
+#include "settings/views/SerialDeviceNotifier.h"
 
 #include <memory>
 
@@ -26,6 +27,7 @@ namespace qovelmor {
 
 class MainWindow;
 class LEDWindow;
+class TimerView;
 class TerminalView;
 class TrayIcon;
 class VelmorSystem;
@@ -44,6 +46,7 @@ public:
 private:
     void connectParts();
     void makeWindows();
+    void addSettings();
     void makeTrayIcon();
     void launch();
     void startOnce();
@@ -70,7 +73,9 @@ private:
     RSSTimer rssTimer_;
     VelmorRSS control_;
 
+    SerialDeviceNotifier serialDevices_;
     std::unique_ptr<LEDWindow> ledWindow_;
+    std::unique_ptr<TimerView> timerWindow_;
     std::unique_ptr<MainWindow> mainWindow_;
     std::unique_ptr<TrayIcon> trayIcon_;
     std::unique_ptr<TerminalView> terminalView_;

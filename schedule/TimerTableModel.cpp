@@ -25,6 +25,13 @@ void TimerTableModel::refresh()
     for (const auto &timer : timers)
         rows.push_back(*timer);
     takeRows(rows_, std::move(rows));
+    timers_.assign(timers.begin(), timers.end());
+}
+
+std::shared_ptr<TMRData> TimerTableModel::timerAt(int row) const
+{
+    const bool isInside = row >= 0 && row < static_cast<int>(timers_.size());
+    return isInside ? timers_[static_cast<std::size_t>(row)].lock() : nullptr;
 }
 
 QString TimerTableModel::cellText(int row, int column) const

@@ -23,6 +23,9 @@ public:
 
     void refresh() override;
 
+    /// The timer that a row shows; null for a row outside the table.
+    std::shared_ptr<TMRData> timerAt(int row) const;
+
 protected:
     int rowTotal() const override { return static_cast<int>(rows_.size()); }
     bool isChecked(int row) const override { return rowAt(row).validate(); }
@@ -35,6 +38,7 @@ private:
 
     RSSTimer &schedule_;
     std::vector<TMRData> rows_;
+    std::vector<std::weak_ptr<TMRData>> timers_; ///< of each row, to know it again
 };
 
 } // namespace qovelmor

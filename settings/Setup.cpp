@@ -69,13 +69,14 @@ void Setup::previewSound(const QString &name)
 
 void Setup::startBoard()
 {
+    chosenPort_ = portNumber();
     if (!ledSystem().openSerialPortWithNumber(portNumber())) {
         boardProblem_ = ledSystem().openProblem();
-        dropBoard();
+        dropBoard(boardProblem_.isEmpty() ? localized(u"PortNotOpened"_s) : boardProblem_);
         msgList_->writeStringLog(u"シリアルポートのオープンに失敗"_s);
     } else if (!ledSystem().comTest()) {
         msgList_->writeStringLog(u"LED電光掲示板がないのでモニター画面に出力"_s);
-        dropBoard();
+        dropBoard(localized(u"BoardSilent"_s));
     } else {
         configureBoard();
     }
@@ -94,8 +95,9 @@ void Setup::configureBoard()
     board.setRotation(rotation());
 }
 
-void Setup::dropBoard()
+void Setup::dropBoard(const QString &problem)
 {
+    linkProblem_ = problem;
     hasBoard_ = false;
     board_ = std::make_unique<AbsentBoard>();
 }
@@ -103,6 +105,11 @@ void Setup::dropBoard()
 QStringList Setup::portNames() const
 {
     return hasLedSystem() ? ledSystem().portNames() : services_.devicePortNames();
+}
+
+QString Setup::linkProblem() const
+{
+    return hasLedSystem() ? ledSystem().openProblem() : linkProblem_;
 }
 
 // The log file. -------------------------------------------------------------------------------
@@ -205,6 +212,7 @@ void Setup::write(SettingField field)
 
 void Setup::setPortNumber(int number)
 {
+    chosenPort_ = number;
     if (!ledSystem().openSerialPortWithNumber(number))
         store(&SettingsValues::portNumber, number);
 }

@@ -64,6 +64,11 @@ public:
     QString boardProblem() const { return boardProblem_; }
     /// The names for the port menu, in the order of the port numbers.
     QStringList portNames() const;
+    /// The number that the port menu stands on: the one asked for last in this run.
+    int chosenPort() const { return chosenPort_; }
+    /// Why there is no board link, or why the port chosen last did not open, as a sentence to stand
+    /// beside the port menu; empty when all is well.
+    QString linkProblem() const;
 
     // The log file. -----------------------------------------------------------------------------
 
@@ -202,7 +207,7 @@ private:
     void createSoundMenuOfPopUp(SoundMenu menu);
     void startBoard();
     void configureBoard();
-    void dropBoard();
+    void dropBoard(const QString &problem);
 
     SetupServices services_;
     MessageOutput *msgList_ = nullptr;
@@ -212,6 +217,8 @@ private:
     std::unique_ptr<BoardLink> board_;
     std::atomic<bool> hasBoard_;
     QString boardProblem_; ///< outlives the link that met it
+    QString linkProblem_;  ///< why the link was dropped
+    int chosenPort_ = 0;
 
     mutable std::mutex valuesMutex_; // a leaf: nothing is called while it is held
     SettingsValues values_;

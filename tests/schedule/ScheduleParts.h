@@ -156,6 +156,7 @@ public:
         for (const TMRData &timer : timers)
             entries.emplace_back(toDictionary(timer));
         defaults.setArray(std::move(entries), QStringLiteral("TimerList"));
+        defaults.synchronize();
         schedule.awakeFromNibx();
     }
 

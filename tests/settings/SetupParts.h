@@ -23,6 +23,8 @@ public:
 
     bool opens = true;
     bool answers = true;
+    QString problem; ///< why the port did not open
+    QStringList ports{QStringLiteral("port of the link")};
 
     bool openSerialPortWithNumber(int number) override
     {
@@ -34,7 +36,8 @@ public:
         calls_ << QStringLiteral("comTest");
         return answers;
     }
-    QStringList portNames() const override { return {QStringLiteral("port of the link")}; }
+    QStringList portNames() const override { return ports; }
+    QString openProblem() const override { return opens ? QString() : problem; }
     bool isLost() const override { return false; }
 
     void setSpeed(int n) override { note(QStringLiteral("speed %1"), n); }

@@ -1,0 +1,192 @@
+// SPDX-License-Identifier: MIT
+#include "settings/views/SettingsView.h"
+
+#include "platform/BrowserList.h"
+#include "platform/Localization.h"
+#include "settings/Setup.h"
+#include "settings/views/BoardGroup.h"
+#include "settings/views/BrowserGroup.h"
+#include "settings/views/BrowserPanel.h"
+#include "settings/views/DisplayGroup.h"
+#include "settings/views/FilterGroup.h"
+#include "settings/views/LogFilePanel.h"
+#include "settings/views/LogGroup.h"
+#include "settings/views/SerialDeviceNotifier.h"
+#include "settings/views/SettingControls.h"
+#include "settings/views/SoundGroup.h"
+
+#include <QDesktopServices>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QUrl>
+#include <QVBoxLayout>
+
+namespace qovelmor {
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+constexpr int groupsInLeftColumn = 2;   // of two columns; they are about as high as the other four
+constexpr int spaceBetweenColumns = 30; // with the margins of the page
+
+} // namespace
+
+SettingsView::SettingsView(Setup &setup, SerialDeviceNotifier &devices)
+    : setup_(setup)
+    , actions_(setup)
+    , board_(new BoardGroup(setup, actions_))
+    , display_(new DisplayGroup(setup, actions_))
+    , filters_(new FilterGroup(setup, actions_))
+    , log_(new LogGroup(setup, actions_))
+    , sounds_(new SoundGroup(setup, actions_))
+    , browser_(new BrowserGroup(setup, actions_))
+    , scroller_(new QScrollArea)
+{
+    createPage();
+    connect(&devices, &SerialDeviceNotifier::devicesChanged, board_,
+            [this] { board_->renewPorts(); });
+    setup_.setWindow(*this);
+}
+
+// The page. -----------------------------------------------------------------------------------
+
+void SettingsView::createPage()
+{
+    auto *page = new QWidget;
+    page_ = new QHBoxLayout(page);
+    left_ = new QVBoxLayout;
+    right_ = new QVBoxLayout;
+    page_->addLayout(left_, 1);
+    page_->addLayout(right_);
+    for (SettingsGroup *group : allGroups())
+        left_->addWidget(group);
+    left_->addStretch(1);
+    right_->addStretch(1);
+
+    scroller_->setObjectName(u"settingsPage"_s);
+    scroller_->setWidgetResizable(true);
+    scroller_->setFrameShape(QFrame::NoFrame);
+    scroller_->setFocusPolicy(Qt::NoFocus);
+    scroller_->setWidget(page);
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(scroller_);
+}
+
+std::array<SettingsGroup *, 6> SettingsView::allGroups() const
+{
+    return {board_, display_, filters_, log_, sounds_, browser_};
+}
+
+void SettingsView::arrangeGroups()
+{
+    const auto groups = allGroups();
+    int widest = 0;
+    for (const SettingsGroup *group : groups)
+        widest = std::max(widest, group->minimumSizeHint().width());
+    const int space = width() - scroller_->verticalScrollBar()->sizeHint().width();
+    const int columns = space >= 2 * widest + spaceBetweenColumns ? 2 : 1;
+    if (columns == columns_)
+        return;
+    columns_ = columns;
+    const int inLeft = columns == 2 ? groupsInLeftColumn : static_cast<int>(groups.size());
+    for (int index = 0; index < static_cast<int>(groups.size()); ++index) {
+        QWidget *group = groups[static_cast<std::size_t>(index)];
+        if (index < inLeft)
+            left_->insertWidget(index, group);
+        else
+            right_->insertWidget(index - inLeft, group);
+    }
+    page_->setStretch(1, columns - 1);
+}
+
+void SettingsView::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    arrangeGroups();
+}
+
+void SettingsView::hideEvent(QHideEvent *event)
+{
+    // What is half typed counts, also when the tab is left or the program ends.
+    if (QWidget *control = scroller_->widget()->focusWidget(); control && control->hasFocus())
+        control->clearFocus();
+    QWidget::hideEvent(event);
+}
+
+// What the settings ask. ----------------------------------------------------------------------
+
+void SettingsView::renewalControls()
+{
+    for (SettingsGroup *group : allGroups())
+        group->renew();
+}
+
+void SettingsView::fillSoundMenu(SoundMenu menu, const QStringList &names)
+{
+    sounds_->fillSoundMenu(menu, names);
+}
+
+void SettingsView::enableSoundMenu(SoundMenu menu, bool enabled)
+{
+    sounds_->enableSoundMenu(menu, enabled);
+}
+
+void SettingsView::enableShowLogButton(bool enabled)
+{
+    log_->enableShowLogButton(enabled);
+}
+
+void SettingsView::showLogNote(const QString &text)
+{
+    log_->showLogNote(text);
+}
+
+void SettingsView::showBrowser(const QString &desktopFile)
+{
+    browser_->showBrowser(desktopFile);
+}
+
+void SettingsView::openAlert(const QString &message, const QString &informative,
+                             const QString &button)
+{
+    const auto icon = informative.isEmpty() ? QMessageBox::Information : QMessageBox::Warning;
+    auto *alert =
+        new QMessageBox(icon, window()->windowTitle(), message, QMessageBox::NoButton, window());
+    alert->setObjectName(u"alert"_s);
+    alert->setTextFormat(Qt::PlainText);
+    alert->setInformativeText(informative);
+    alert->addButton(button, QMessageBox::AcceptRole);
+    alert->setAttribute(Qt::WA_DeleteOnClose);
+    alert->open();
+}
+
+void SettingsView::openLogFilePanel(const FilePanel &panel)
+{
+    qovelmor::openLogFilePanel(this, panel, setup_.logFilePath(),
+                               [this](const QString &path) { log_->chooseFile(path); });
+}
+
+void SettingsView::openBrowserPanel(const FilePanel &panel)
+{
+    auto *browsers = new BrowserPanel(panel, installedBrowsers(), window());
+    connect(browsers, &BrowserPanel::browserChosen, this,
+            [this](const QString &file) { actions_.actBrowserChosen(file); });
+    browsers->open();
+}
+
+void SettingsView::openWithApplication(const QString &path)
+{
+    if (!QDesktopServices::openUrl(QUrl::fromLocalFile(path)))
+        log_->showLogNote(localized(u"LogFileShowError"_s));
+}
+
+void SettingsView::showTab(const QString &identifier)
+{
+    Q_EMIT tabWanted(identifier);
+}
+
+} // namespace qovelmor
