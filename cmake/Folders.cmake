@@ -17,17 +17,18 @@ function(qovelmor_folder name)
     endif()
 endfunction()
 
-# qovelmor_test(FOLDER NAME [SERIAL] [LINK target...] [LABELS label...] [TIMEOUT seconds])
+# qovelmor_test(FOLDER NAME [SERIAL] [XVFB] [LINK target...] [LABELS label...] [TIMEOUT seconds])
 #
 # The test program NAME.cpp of the current folder. It links only what it names: that line proves
-# the layering. Every test runs without a display and is labelled with its folder.
+# the layering. Tests run without a display and are labelled with their folder.
+# XVFB: on an X server of its own with a window manager, because the test is about what they do (drags).
 # SERIAL: no other test runs beside it, because a far end with a clock of its own answers in real time.
 # A test labelled `threads` exercises the thread-rich core and runs under ThreadSanitizer too. The
 # system's Qt is not built for that: what goes on inside its libraries (the watchdog of Qt Test among
 # them) cannot be judged and is left out; our own code is judged whole.
 add_custom_target(thread_tests)
 function(qovelmor_test folder name)
-    cmake_parse_arguments(ARG "SERIAL" "TIMEOUT" "LINK;LABELS;SOURCES" ${ARGN})
+    cmake_parse_arguments(ARG "SERIAL;XVFB" "TIMEOUT" "LINK;LABELS;SOURCES" ${ARGN})
     if(NOT ARG_TIMEOUT)
         set(ARG_TIMEOUT 180) # what takes seconds here may take minutes under a sanitizer
     endif()
@@ -36,7 +37,12 @@ function(qovelmor_test folder name)
         AUTOMOC ON
         RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
     target_link_libraries(${name} PRIVATE qovelmor_options ${ARG_LINK} Qt6::Test)
-    add_test(NAME ${name} COMMAND ${name})
+    if(ARG_XVFB)
+        add_test(NAME ${name}
+            COMMAND "${PROJECT_SOURCE_DIR}/tests/support/under_xvfb.sh" "$<TARGET_FILE:${name}>")
+    else()
+        add_test(NAME ${name} COMMAND ${name})
+    endif()
     set_tests_properties(${name} PROPERTIES RUN_SERIAL "${ARG_SERIAL}")
     if("threads" IN_LIST ARG_LABELS)
         add_dependencies(thread_tests ${name})
