@@ -82,11 +82,13 @@ private:
     std::atomic<int> inside_ = 0;
 };
 
-/// A screen on which each line takes two seconds of simulated time.
+/// A screen on which each line takes two seconds of simulated time, if not told otherwise.
 class TimedScreen final : public LineScreen
 {
 public:
     explicit TimedScreen(Clock &clock) : clock_(clock), run_(clock) {}
+
+    std::atomic<int> stepsOfALine = 20; ///< of 100 ms
 
     void showString(const QString &text) override
     {
@@ -97,7 +99,7 @@ public:
         }
         state_ = 1;
         run_.start([this] {
-            for (int step = 0; step < 20 && state_ == 1; ++step)
+            for (int step = 0; step < stepsOfALine && state_ == 1; ++step)
                 clock_.sleepFor(std::chrono::milliseconds(100));
             state_ = 0;
         });
@@ -135,7 +137,7 @@ public:
     bool openSerialPortWithNumber(int) override { return true; }
     bool comTest() override { return answers; }
     QStringList portNames() const override { return {QStringLiteral("ttyUSB0")}; }
-    bool isLost() const override { return false; }
+    bool isLost() const override { return lost_; }
     void setSpeed(int) override {}
     void setModuleCount(int) override {}
     void setBright(int) override {}
@@ -150,7 +152,13 @@ public:
     void setRotation(bool) override {}
     void setScroll(bool) override {}
     void setAsync(bool) override {}
-    void showString(const QString &text) override { screen_.showString(text); }
+    void showString(const QString &text) override
+    {
+        if (loses && !lost_.exchange(true))
+            onLost();
+        if (!lost_)
+            screen_.showString(text);
+    }
     bool isRunning() const override { return screen_.isShowing(); }
     void clear() override
     {
@@ -160,11 +168,18 @@ public:
     void showPresentDate(double) override {}
     QStringList takeShown() { return screen_.takeShown(); }
 
+    /// From now on a line ends after so many steps of 100 ms: 10 when the board has fallen silent,
+    /// 300 when it never says that the line has run out.
+    void setStepsOfALine(int steps) { screen_.stepsOfALine = steps; }
+
     bool answers = true;
+    std::atomic<bool> loses = false; ///< the port is gone at the next line
+    std::function<void()> onLost;    ///< once, on the thread that found it
     std::atomic<int> clears = 0;
 
 private:
     TimedScreen screen_;
+    std::atomic<bool> lost_ = false;
 };
 
 class RecordingOpener final : public LinkOpener
