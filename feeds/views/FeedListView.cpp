@@ -165,7 +165,6 @@ void FeedListView::selectedRowChanged(int row)
 {
     selected_ = model_.readerAt(row);
     list_.renewalControls();
-    saidCause_.clear();
     sayCause();
 }
 

@@ -4,6 +4,7 @@
 #include "platform/Localization.h"
 
 #include <QAbstractButton>
+#include <QAccessible>
 #include <QClipboard>
 #include <QHeaderView>
 #include <QLineEdit>
@@ -19,6 +20,8 @@ class FeedListViewTest : public QObject
 private Q_SLOTS:
     void controlsHaveNamesAndTexts_data();
     void controlsHaveNamesAndTexts();
+    void controlsHaveAccessibleNames_data();
+    void controlsHaveAccessibleNames();
     void mnemonicsDiffer();
     void tabKey_goesThroughTheControls();
     void buttons_followTheSelection();
@@ -138,6 +141,35 @@ void FeedListViewTest::emptyTable_saysWhatToDo()
     desk.list.removeReader(0);
     desk.settle();
     QVERIFY(sentence->isVisible());
+}
+
+void FeedListViewTest::controlsHaveAccessibleNames_data()
+{
+    QTest::addColumn<QString>("opener");
+    QTest::newRow("the tab") << u""_s;
+    QTest::newRow("the address dialog") << u"createButton"_s;
+    QTest::newRow("the confirmation") << u"deleteButton"_s;
+}
+
+void FeedListViewTest::controlsHaveAccessibleNames()
+{
+    QFETCH(QString, opener);
+    FeedListDesk desk(u"ab"_s);
+    desk.click(0);
+    if (!opener.isEmpty())
+        desk.press(opener.toLatin1().constData());
+    int controls = 0;
+    for (QWidget *widget : desk.view->findChildren<QWidget *>()) {
+        if (!widget->isVisible() || (widget->focusPolicy() & Qt::TabFocus) == 0)
+            continue;
+        const QAccessibleInterface *access = QAccessible::queryAccessibleInterface(widget);
+        QVERIFY2(access && !access->text(QAccessible::Name).isEmpty(),
+                 qPrintable(widget->objectName()));
+        QVERIFY(!widget->objectName().isEmpty());
+        ++controls;
+    }
+    QCOMPARE(controls, opener.isEmpty() ? 5 : opener == u"createButton" ? 8 : 7);
+    QCOMPARE(QAccessible::queryAccessibleInterface(&desk.table())->role(), QAccessible::Table);
 }
 
 // Add and edit. -------------------------------------------------------------------------------
@@ -528,6 +560,10 @@ void FeedListViewTest::errorCause_isSaidAsPlainText()
     desk.click(1);
     QCOMPARE(desk.statusLine.last()[0].toString(),
              localized(u"FeedCannotBeRead"_s).arg(u"http://b/"_s, u"ない <b>404</b>"_s));
+    desk.click(0); // nothing is wrong with this one
+    QCOMPARE(desk.statusLine.last()[0].toString(), QString());
+    desk.click(1);
+    QVERIFY(desk.statusLine.last()[0].toString().contains(u"<b>404</b>"));
     const QVariant tip = desk.table().model()->index(1, 1).data(Qt::ToolTipRole);
     QCOMPARE(tip.toString(), u"<p>ない &lt;b&gt;404&lt;/b&gt;</p>"_s);
 
