@@ -47,6 +47,14 @@ TerminalFacts factsOf(udev_device *terminal)
     return facts;
 }
 
+// The 64 virtual consoles, tty0 and so on, have no driver. The registry opens some thirty files to
+// look at one, which made up a third of the time to start.
+bool leaveOutConsoles(udev_enumerate *found)
+{
+    return udev_enumerate_add_match_sysname(found, "tty[!0-9]*") >= 0 &&
+           udev_enumerate_add_match_sysname(found, "[!t]*") >= 0;
+}
+
 QList<QByteArray> systemDevices(udev_enumerate *found, udev *registry, SerialDeviceType type)
 {
     QList<QByteArray> paths;
@@ -107,7 +115,8 @@ SerialLookup findSerialDevices(SerialDeviceType type)
 
     const UdevHandle<udev> registry(udev_new());
     const UdevHandle<udev_enumerate> found(registry ? udev_enumerate_new(registry.get()) : nullptr);
-    if (!found || udev_enumerate_add_match_subsystem(found.get(), "tty") < 0) {
+    if (!found || udev_enumerate_add_match_subsystem(found.get(), "tty") < 0 ||
+        !leaveOutConsoles(found.get())) {
         lookup.registryAbsent = true;
         lookup.result = -ENODEV;
         return lookup;
