@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/XmlDocument.h"
 
+#include "platform/FreedMemory.h"
 #include "platform/PlainText.h"
 #include "platform/Utf8.h"
 #include "platform/XmlEncoding.h"
@@ -147,13 +148,15 @@ bool XmlNode::hasChildElement(std::string_view name) const
     return false;
 }
 
-XmlDocument::XmlDocument(_xmlDoc *document)
-    : document_(document), paths_(std::make_unique<XmlPathIndex>(*document))
+XmlDocument::XmlDocument(_xmlDoc *document, bool isLarge)
+    : document_(document), isLarge_(isLarge), paths_(std::make_unique<XmlPathIndex>(*document))
 {}
 
 XmlDocument::~XmlDocument()
 {
     ::xmlFreeDoc(document_);
+    if (isLarge_)
+        returnFreedMemory();
 }
 
 XmlParseResult XmlDocument::parse(const QByteArray &bytes, const QByteArray &charset,
@@ -184,9 +187,13 @@ XmlParseResult XmlDocument::parse(const QByteArray &bytes, const QByteArray &cha
         return failed(prepared.linesBefore + lineAt(prepared.text, crowded),
                       u"属性の多すぎる要素があります。"_s);
     const XmlTree tree = buildXmlTree(prepared.text, containers);
-    if (!tree.document)
+    const bool isLarge = prepared.text.size() > xmllimits::wholeBytes;
+    if (!tree.document) {
+        if (isLarge)
+            returnFreedMemory();
         return failed(prepared.linesBefore + tree.line, causeOf(tree));
-    return {std::unique_ptr<const XmlDocument>(new XmlDocument(tree.document)), {}};
+    }
+    return {std::unique_ptr<const XmlDocument>(new XmlDocument(tree.document, isLarge)), {}};
 }
 
 XmlQueryResult XmlDocument::nodesForXPath(std::string_view query) const

@@ -83,9 +83,10 @@ public:
     XmlQueryResult nodesForXPath(std::string_view query) const;
 
 private:
-    explicit XmlDocument(_xmlDoc *document);
+    XmlDocument(_xmlDoc *document, bool isLarge);
 
     _xmlDoc *document_;
+    bool isLarge_; ///< what it is made of is worth giving back
     const std::unique_ptr<XmlPathIndex> paths_;
 };
 

@@ -7,6 +7,8 @@
 #include <QDir>
 #include <QFile>
 
+#include <signal.h>
+
 namespace qovelmor {
 
 using namespace Qt::Literals::StringLiterals;
@@ -79,11 +81,25 @@ void RunningProgram::writeInformation(const QString &text)
 
 bool RunningProgram::start(const QStringList &arguments)
 {
-    if (!writeProfile())
-        return false;
+    return writeProfile() && startAgain(arguments);
+}
+
+bool RunningProgram::startAgain(const QStringList &arguments)
+{
     process_.setProcessEnvironment(environment_);
-    process_.start(qEnvironmentVariable("QOVELMOR_BUILD_DIR") + u"/qovelmorrss"_s, arguments);
+    process_.start(qEnvironmentVariable("QOVELMOR_BUILD_DIR") + u'/' + program_, arguments);
     return process_.waitForStarted();
+}
+
+void RunningProgram::kill()
+{
+    process_.kill();
+    process_.waitForFinished();
+}
+
+void RunningProgram::sendSignal(int number)
+{
+    ::kill(static_cast<pid_t>(process_.processId()), number);
 }
 
 std::optional<int> RunningProgram::waitForEnd(Milliseconds limit)

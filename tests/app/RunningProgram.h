@@ -34,7 +34,12 @@ public:
     void setVariable(const QString &name, const QString &value);
     void removeVariable(const QString &name);
     void writeInformation(const QString &text);
+    /// Another program of the build tree in place of the real one.
+    void setProgram(const QString &name) { program_ = name; }
+    /// A second start with the same home does not write the profile anew.
+    bool writeProfile() const;
     bool start(const QStringList &arguments = {});
+    bool startAgain(const QStringList &arguments = {});
 
     // From then on.
 
@@ -48,19 +53,23 @@ public:
     /// The log book so far. All four kinds of lines are on.
     QString logBook() const;
     QByteArray errors() { return errors_ += process_.readAllStandardError(); }
+    void forgetOutput() { output_.clear(); }
     QByteArray output() { return output_ += process_.readAllStandardOutput(); }
     /// Whether the stored settings can be read, and hold the feeds that were given.
     bool isStoreWhole() const;
-
-private:
     QString profilePath() const;
     QString documents() const;
-    bool writeProfile() const;
+    QString home() const { return home_.path(); }
+    /// Ends the process as a power switch would (SIGKILL).
+    void kill();
+    void sendSignal(int number);
 
+private:
     QTemporaryDir home_;
     PropertyDictionary values_;
     PropertyArray feeds_;
     QProcessEnvironment environment_;
+    QString program_ = QStringLiteral("qovelmorrss");
     QProcess process_;
     QByteArray errors_;
     QByteArray output_;
