@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 // The real program with a hand at its widgets that never rests: enables and disables feeds, adds
-// and deletes some. Before each edit it prints the list that will be, after it "done"; whoever
-// started it kills it at any moment and compares. With the argument "torn" it is the control: a
-// writer that cuts the file and writes it anew, which must be caught.
+// and deletes some. Before each edit it prints "do" and the list that will be, after it "done"
+// and the list that the window shows (a button may be grey for a moment); whoever started it kills
+// it at any moment and compares. With the argument "torn" it is the control: a writer that cuts the
+// file and writes it anew, which must be caught.
 #include "app/CommandLine.h"
 #include "app/Program.h"
 #include "feeds/FeedTableModel.h"
@@ -110,11 +111,12 @@ private:
         const QModelIndex box = model.index(row, FeedTableModel::Validate);
         const bool isOn = box.data(Qt::CheckStateRole).toInt() == Qt::Checked;
         model.setData(box, isOn ? Qt::Unchecked : Qt::Checked, Qt::CheckStateRole);
-        say("done");
+        say("done", list(model));
     }
 
     void add(const QAbstractItemModel &model, QTableView &table)
     {
+        const int rows = model.rowCount();
         const QString address = server_ + u"/new%1"_s.arg(++added_);
         table.clearSelection();
         table.setCurrentIndex({});
@@ -123,13 +125,11 @@ private:
         if (auto *text = widget<QLineEdit>(u"addressText"_s)) {
             text->setText(address);
             click(u"actAddressExec"_s);
-            // The name is fetched first; the panel's end is the edit's.
-            [[maybe_unused]] const bool closes = QTest::qWaitFor([&] {
-                return widget<QLineEdit>(u"addressText"_s) == nullptr ||
-                       !widget<QLineEdit>(u"addressText"_s)->isVisible();
-            });
+            // The name is fetched first, and painting goes on meanwhile.
+            [[maybe_unused]] const bool isThere =
+                QTest::qWaitFor([&] { return model.rowCount() == rows + 1; });
         }
-        say("done");
+        say("done", list(model));
     }
 
     void removeRow(const QAbstractItemModel &model, QTableView &table, int row)
@@ -146,7 +146,7 @@ private:
         }
         [[maybe_unused]] const bool isGone =
             QTest::qWaitFor([&] { return model.rowCount() == left.size(); });
-        say("done");
+        say("done", list(model));
     }
 
     QString server_;
