@@ -39,7 +39,7 @@ StartupWindow::StartupWindow() : QWidget(nullptr, Qt::SplashScreen), accessField
 void StartupWindow::showAddress(const QString &sentence)
 {
     const QFontMetrics metrics = accessField_->fontMetrics();
-    accessField_->setText(metrics.elidedText(sentence, Qt::ElideRight, accessField_->width()));
+    accessField_->setText(metrics.elidedText(sentence, Qt::ElideMiddle, accessField_->width()));
     accessField_->repaint();
 }
 

@@ -140,8 +140,11 @@ void RSSList::createReaders()
     replaceList({});
     ReaderList readers;
     bool isReaderChanged = false;
-    for (const PropertyValue &stored :
-         services_.defaults.arrayForKey(addressesKey).value_or(PropertyArray())) {
+    const PropertyArray entries =
+        services_.defaults.arrayForKey(addressesKey).value_or(PropertyArray());
+    int number = 0;
+    for (const PropertyValue &stored : entries) {
+        window_->showFetchProgress(++number, static_cast<int>(entries.size()));
         const std::optional<FeedEntry> entry = feedEntryFrom(stored);
         if (!entry)
             continue;
@@ -186,8 +189,12 @@ void RSSList::appendAddresses(const QStringList &addresses)
 {
     const DisplayRest rest(*control_);
     ReaderList readers = tableReaders();
-    for (const QString &address : addresses)
+    const auto before = readers.size();
+    for (const QString &address : addresses) {
+        const auto number = readers.size() - before + 1;
+        window_->showFetchProgress(static_cast<int>(number), static_cast<int>(addresses.size()));
         readers.push_back(makeReader(address));
+    }
     replaceList(std::move(readers));
     renewRSSList();
 }

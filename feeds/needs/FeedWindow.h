@@ -38,6 +38,8 @@ public:
 
     /// The address that is being fetched, at once on the screen; empty when that is over.
     virtual void showAddressBeingFetched(const QString &) {}
+    /// Which of how many addresses is fetched next, where there are several.
+    virtual void showFetchProgress(int /*number*/, int /*total*/) {}
     /// A sentence for the status line.
     virtual void showStatus(const QString &) {}
 

@@ -208,8 +208,10 @@ void FeedListView::renewalControls(bool hasSelection)
 
 void FeedListView::showAddressBeingFetched(const QString &address)
 {
-    const QString sentence =
-        address.isEmpty() ? QString() : localized(u"FetchingAddress"_s).arg(forWindow(address));
+    QString sentence;
+    if (!address.isEmpty())
+        sentence = localized(u"FetchingAddress"_s).arg(forWindow(address)) + fetchProgress_;
+    fetchProgress_.clear();
     if (isFetching_ != !address.isEmpty()) {
         isFetching_ = !address.isEmpty();
         if (isFetching_)
@@ -220,6 +222,12 @@ void FeedListView::showAddressBeingFetched(const QString &address)
     if (addressPanel_ && addressPanel_->isVisible())
         addressPanel_->showFetching(sentence);
     Q_EMIT addressBeingFetched(sentence);
+}
+
+void FeedListView::showFetchProgress(int number, int total)
+{
+    if (total > 1)
+        fetchProgress_ = u" (%1/%2)"_s.arg(number).arg(total);
 }
 
 void FeedListView::showStatus(const QString &text)

@@ -36,6 +36,7 @@ public:
     int selectedRow() const override;
     void renewalControls(bool hasSelection) override;
     void showAddressBeingFetched(const QString &address) override;
+    void showFetchProgress(int number, int total) override;
     void showStatus(const QString &text) override;
     void openAddressDialog(const QString &title, const QString &address) override;
     void closeAddressDialog() override;
@@ -78,6 +79,7 @@ private:
     std::weak_ptr<RSSReader> selected_; ///< the selection stays with its feed when rows move
     QString saidCause_;
     bool isFetching_ = false;
+    QString fetchProgress_; ///< "(3/12)" while several addresses are fetched
 };
 
 } // namespace qovelmor

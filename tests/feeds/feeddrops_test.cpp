@@ -295,8 +295,14 @@ void FeedDropsTest::import()
         QCOMPARE(panel->windowTitle(), localized(u"TitleLoadURL"_s));
         QCOMPARE(panel->labelText(QFileDialog::Accept), localized(u"Execute"_s));
         QVERIFY(panel->nameFilters().constFirst().contains(u"*.rssurl"_s));
+        QSignalSpy fetched(desk.view.get(), &FeedListView::addressBeingFetched);
         choose(desk, *panel, path);
         QCOMPARE(desk.storedLetters(), letters);
+        const QString sentence = localized(u"FetchingAddress"_s);
+        QCOMPARE(fetched.size(), 4); // each address, and that it is over
+        QCOMPARE(fetched[0][0].toString(), sentence.arg(u"http://n/"_s) + u" (1/2)"_s);
+        QCOMPARE(fetched[2][0].toString(), sentence.arg(u"http://a/"_s) + u" (2/2)"_s);
+        QCOMPARE(fetched[3][0].toString(), QString());
     }
     QCOMPARE(desk.cell(2, FeedTableModel::Name), u"New"_s);
 }
