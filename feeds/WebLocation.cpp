@@ -79,9 +79,11 @@ QString droppedAddress(const QMimeData &data)
 {
     const QList<QUrl> urls = data.urls();
     if (urls.isEmpty())
-        return data.text().trimmed();
+        return data.text().trimmed().section(u'\n', 0, 0).trimmed();
     const QUrl &first = urls.first();
-    return first.isLocalFile() ? urlInLinkFile(first.toLocalFile()).trimmed() : first.toString();
+    if (first.isLocalFile())
+        return urlInLinkFile(first.toLocalFile()).trimmed();
+    return QString::fromLatin1(first.toEncoded());
 }
 
 } // namespace qovelmor

@@ -25,7 +25,7 @@ QString urlInDesktopFile(const QString &path);
 QString urlInLinkFile(const QString &path);
 
 /// The text that a drop offers as a feed's address: for a link file the address in it, else the
-/// first address or the text that was dropped, without outer blanks.
+/// first address as it was sent, or the first line of the text, without outer blanks.
 QString droppedAddress(const QMimeData &data);
 
 } // namespace qovelmor

@@ -107,6 +107,8 @@ void WebLocationTest::droppedText()
     QCOMPARE(droppedAddress(data), u""_s);
     data.setText(u" http://example.jp/\n"_s);
     QCOMPARE(droppedAddress(data), u"http://example.jp/"_s);
+    data.setText(u"\n http://example.jp/ \r\nThe title of the page"_s); // as some browsers say it
+    QCOMPARE(droppedAddress(data), u"http://example.jp/"_s);
 }
 
 void WebLocationTest::droppedLinks()
@@ -115,6 +117,10 @@ void WebLocationTest::droppedLinks()
     data.setText(u"The title of the page"_s);
     data.setUrls({QUrl(u"feed://example.jp/a"_s), QUrl(u"http://example.jp/b"_s)});
     QCOMPARE(droppedAddress(data), u"feed://example.jp/a"_s);
+
+    // As the browser sent it: the server may not know what "あ" is.
+    data.setData(u"text/uri-list"_s, "http://example.jp/%E3%81%82?q=a%20b%2Fc\r\n");
+    QCOMPARE(droppedAddress(data), u"http://example.jp/%E3%81%82?q=a%20b%2Fc"_s);
 }
 
 void WebLocationTest::droppedFile()
