@@ -31,6 +31,7 @@ BrowserPanel::BrowserPanel(const FilePanel &panel, const std::vector<BrowserEntr
     auto *label =
         new QLabel(localized(browsers.empty() ? u"NoBrowsers"_s : u"InstalledBrowsers"_s));
     label->setWordWrap(true);
+    label->setObjectName(u"browserLabel"_s);
     label->setBuddy(list_);
     auto *buttons = new QHBoxLayout;
     buttons->addWidget(other);

@@ -47,7 +47,9 @@ private Q_SLOTS:
     void drop_movesTheRow();
     void keys_moveTheRow();
 
+    void timers_fireWhileADialogIsOpen();
     void closing_hidesTheWindow();
+    void controls_haveNamesAndAnOrder();
 };
 
 namespace {
@@ -432,6 +434,17 @@ void TimerViewTest::keys_moveTheRow()
     QCOMPARE(parts.shownNames(), parts.storedNames());
 }
 
+void TimerViewTest::timers_fireWhileADialogIsOpen()
+{
+    TimerParts parts({dailyTimer(481, TimerOperation::StopDisplay)});
+    parts.clickCell(0, 2);
+    parts.click(u"deleteButton"_s);
+    QVERIFY(parts.alert() != nullptr);
+    parts.minuteTimer.run(std::chrono::minutes(1));
+    QCOMPARE(parts.actions.calls, (QStringList{u"stop"_s, u"log stop"_s}));
+    QVERIFY(parts.alert() != nullptr);
+}
+
 void TimerViewTest::closing_hidesTheWindow()
 {
     TimerParts parts;
@@ -440,6 +453,39 @@ void TimerViewTest::closing_hidesTheWindow()
     QTRY_VERIFY(!parts.view->isVisible());
     parts.view->show();
     QVERIFY(parts.view->isVisible());
+}
+
+// Every control that takes the keyboard can be reached with Tab and says what it is.
+void TimerViewTest::controls_haveNamesAndAnOrder()
+{
+    TimerParts parts(namedTimers(abc));
+    parts.clickCell(0, 2); // so that the buttons can be used
+    parts.click(u"editButton"_s);
+    for (QWidget *window :
+         {static_cast<QWidget *>(parts.view.get()), static_cast<QWidget *>(&parts.dialog())}) {
+        QStringList order;
+        QWidget *at = window;
+        do {
+            at = at->nextInFocusChain();
+            if (at->window() != window || (at->focusPolicy() & Qt::TabFocus) == 0 ||
+                !at->isVisibleTo(window))
+                continue;
+            QVERIFY2(!at->objectName().isEmpty(), at->metaObject()->className());
+            QVERIFY2(!at->accessibleName().isEmpty(), qPrintable(at->objectName()));
+            order << at->objectName();
+        } while (at != window);
+        const QStringList expected =
+            window == parts.view.get()
+                ? QStringList{u"timerView"_s, u"createButton"_s, u"editButton"_s, u"deleteButton"_s,
+                              u"useTimerCheck"_s}
+                : QStringList{u"validateCheck"_s,      u"sundayCheck"_s,      u"mondayCheck"_s,
+                              u"tuesdayCheck"_s,       u"wednesdayCheck"_s,   u"thursdayCheck"_s,
+                              u"fridayCheck"_s,        u"saturdayCheck"_s,    u"fireHourText"_s,
+                              u"fireMinuteText"_s,     u"actionRadioStart"_s, u"actionRadioStop"_s,
+                              u"actionRadioNothing"_s, u"urlText"_s,          u"actEditExecute"_s,
+                              u"actEditCancel"_s};
+        QCOMPARE(order, expected);
+    }
 }
 
 QTEST_MAIN(TimerViewTest)

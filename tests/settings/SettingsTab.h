@@ -6,6 +6,7 @@
 #include "settings/views/SettingsView.h"
 
 #include <QApplication>
+#include <QDir>
 #include <QTest>
 
 #include <unistd.h>
@@ -14,14 +15,32 @@
 
 namespace qovelmor {
 
+/// The home folder of the test program, empty again for each test. One for all of them: the
+/// program takes the place of its log from the home that it was started with.
+class EmptyHome
+{
+public:
+    EmptyHome()
+    {
+        QDir(path()).removeRecursively();
+        QDir().mkpath(path());
+        qputenv("HOME", path().toLocal8Bit());
+        qunsetenv("XDG_CONFIG_HOME");
+    }
+    QString path() const
+    {
+        static const QTemporaryDir folder;
+        return folder.filePath(QStringLiteral("home"));
+    }
+    QString filePath(const QString &name) const { return path() + u'/' + name; }
+};
+
 /// The settings tab in a shown window, over a home folder of its own with a real store in it.
 class SettingsTab
 {
 public:
     SettingsTab()
     {
-        qputenv("HOME", home.path().toLocal8Bit());
-        qunsetenv("XDG_CONFIG_HOME");
         defaults = std::make_unique<UserDefaults>(UserDefaults::defaultPath());
         if (::pipe(deviceEvents.data()) != 0)
             qFatal("no pipe");
@@ -75,8 +94,11 @@ public:
     template <typename Panel = QWidget>
     Panel *panel(const QString &name) const
     {
-        auto *found = view->window()->findChild<Panel *>(name);
-        return found != nullptr && found->isVisible() ? found : nullptr;
+        for (Panel *found : view->findChildren<Panel *>(name)) {
+            if (found->isVisible()) // one that was closed may wait for its deletion
+                return found;
+        }
+        return nullptr;
     }
     void plugOrUnplug() { QCOMPARE(::write(deviceEvents[1], "x", 1), 1); }
 
@@ -86,7 +108,7 @@ public:
         return UserDefaults(UserDefaults::defaultPath()).valueForKey(key);
     }
 
-    QTemporaryDir home;
+    EmptyHome home;
     std::unique_ptr<UserDefaults> defaults;
     SimulatedClock clock{Clock::CalendarTime(std::chrono::hours(24 * 20000))};
     QueueMainThread mainThread;

@@ -6,6 +6,8 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QSlider>
 #include <QSpinBox>
 
@@ -31,6 +33,12 @@ private Q_SLOTS:
     void word_halfTyped_countsWhenTheTabIsLeft();
     void volume_isStoredOnceWhenTheDragEnds();
     void wheel_overAControl_changesNothing();
+
+    // The page.
+    void controls_haveNamesAndAnOrder();
+    void mnemonics_areUnique();
+    void columns_followTheWidth_data();
+    void columns_followTheWidth();
 };
 
 namespace {
@@ -297,6 +305,87 @@ void SettingsViewTest::wheel_overAControl_changesNothing()
     QVERIFY(!tab.onDisk(u"ScrollSpeed"_s));
     QVERIFY(!tab.onDisk(u"ComPortNumber"_s));
     QVERIFY(!tab.onDisk(u"PlaySoundVolume"_s));
+}
+
+// The page. -------------------------------------------------------------------------------------
+
+// Every control that takes the keyboard is reached with Tab, group by group, and says what it is.
+void SettingsViewTest::controls_haveNamesAndAnOrder()
+{
+    SettingsTab tab;
+    tab.defaults->setBool(true, u"PlayFinishSound"_s);
+    tab.defaults->setBool(true, u"PlayArrivalSound"_s);
+    tab.defaults->setBool(true, u"LogSystem"_s);
+    tab.start();
+    QStringList order;
+    QWidget *at = tab.view.get();
+    do {
+        at = at->nextInFocusChain();
+        if ((at->focusPolicy() & Qt::TabFocus) == 0 || at->focusProxy() != nullptr ||
+            !at->isVisible() || qobject_cast<QSpinBox *>(at->parentWidget()) != nullptr)
+            continue;
+        QVERIFY2(!at->objectName().isEmpty(), at->metaObject()->className());
+        QVERIFY2(!at->accessibleName().isEmpty(), qPrintable(at->objectName()));
+        QVERIFY2(!at->accessibleName().contains(u'&'), qPrintable(at->accessibleName()));
+        order << at->objectName();
+    } while (at != tab.view.get());
+    const QStringList expected{
+        u"portNumber"_s,      u"actComPortTest"_s,  u"scrollSpeed"_s,      u"moduleCount"_s,
+        u"brightness"_s,      u"reverse180"_s,      u"rotation"_s,         u"useBitmapFont"_s,
+        u"dispAuto"_s,        u"isScroll"_s,        u"dispProgress"_s,     u"virtualLED"_s,
+        u"useNarrowFont"_s,   u"lightLEDColor"_s,   u"dontShowOlder"_s,    u"olderHours"_s,
+        u"skipCMMode"_s,      u"skipCMWord1"_s,     u"skipCMWord2"_s,      u"skipCMWord3"_s,
+        u"skipCMWord4"_s,     u"skipCMWord5"_s,     u"skipCMWord6"_s,      u"skipCMWord7"_s,
+        u"skipCMWord8"_s,     u"logRSSRead"_s,      u"logRSSDisp"_s,       u"logTimer"_s,
+        u"logSystem"_s,       u"logFilePath"_s,     u"actLogFilePath"_s,   u"actDispLog"_s,
+        u"playFinishSound"_s, u"finishSoundName"_s, u"playArrivalSound"_s, u"arrivalSoundName"_s,
+        u"playSoundVolume"_s, u"desigBrowser"_s,    u"actSelectBrowser"_s, u"actDefaultBrowser"_s};
+    QCOMPARE(order, expected);
+}
+
+void SettingsViewTest::mnemonics_areUnique()
+{
+    SettingsTab tab;
+    tab.start();
+    QStringList keys;
+    for (const QWidget *widget : tab.view->findChildren<QWidget *>()) {
+        const QString key = QKeySequence::mnemonic(widget->property("text").toString()).toString();
+        if (key.isEmpty())
+            continue;
+        QVERIFY2(!keys.contains(key), qPrintable(key + widget->objectName()));
+        keys << key;
+    }
+    QVERIFY(keys.size() > 10);
+    // The menus and the buttons of the main window stand beside every tab.
+    for (const auto &taken :
+         {u"F"_s, u"E"_s, u"V"_s, u"D"_s, u"W"_s, u"H"_s, u"S"_s, u"T"_s, u"R"_s, u"L"_s, u"I"_s})
+        QVERIFY2(!keys.contains(u"Alt+"_s + taken), qPrintable(taken));
+}
+
+void SettingsViewTest::columns_followTheWidth_data()
+{
+    QTest::addColumn<int>("width");
+    QTest::addColumn<bool>("sideBySide");
+    QTest::newRow("a wide window") << 1600 << true;
+    QTest::newRow("half a small screen") << 480 << false;
+}
+
+void SettingsViewTest::columns_followTheWidth()
+{
+    QFETCH(int, width);
+    QFETCH(bool, sideBySide);
+    SettingsTab tab;
+    tab.start();
+    tab.view->resize(width, 500);
+    const QWidget &first = tab.control(u"portNumber"_s);
+    const QWidget &last = tab.control(u"actDefaultBrowser"_s);
+    const auto left = [&tab](const QWidget &control) {
+        return control.mapTo(tab.view.get(), QPoint()).x();
+    };
+    QTRY_COMPARE(left(last) > left(first) + first.width(), sideBySide);
+    // What does not fit is scrolled, downwards only.
+    const auto &page = tab.control<QScrollArea>(u"settingsPage"_s);
+    QTRY_COMPARE(page.horizontalScrollBar()->maximum(), 0);
 }
 
 QTEST_MAIN(SettingsViewTest)

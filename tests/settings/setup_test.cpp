@@ -1,9 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "SetupParts.h"
-#include "platform/LogFile.h"
 
-#include <QDir>
-#include <QFile>
 #include <QTest>
 
 #include <thread>
@@ -11,12 +8,12 @@
 using namespace qovelmor;
 using namespace Qt::Literals::StringLiterals;
 
+/// The values of the settings, and what a change does at once.
 class SetupTest : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    // Values.
     void firstRun();
     void beforeTheStart();
     void setter_writesAtOnce_data();
@@ -24,50 +21,16 @@ private Q_SLOTS:
     void setters_surviveARestart();
     void unchangedDefault_isNotWritten();
     void lightLEDColor_isArchived();
-
-    // What a change does.
     void boardSetting_reachesTheBoardAtOnce();
     void setPortNumber_keepsOnlyAPortThatFails();
     void setPortNumber_withoutABoard_isKept();
     void narrowFont_setsTheExpansion();
-
-    // Start-up.
-    void start_configuresTheBoard();
-    void start_portThatFails_dropsTheBoard();
-    void start_boardThatIsSilent_dropsTheBoard();
-    void start_withoutABoard();
-    void start_fillsTheWindow();
-    void portNames_comeFromTheLinkWhileItStands();
-
-    // Filters.
-    void isOlderThan_data();
-    void isOlderThan();
-    void isCommercialMessage_data();
-    void isCommercialMessage();
-    void isCommercialMessage_eachWordCounts();
-
-    // The log file.
-    void log_staysOpenWhileOneSwitchIsOn();
-    void log_startsFreshEachTime();
-    void log_opensAtStart_data();
-    void log_opensAtStart();
-    void log_newPathWhileOpen_makesOnlyTheFolder();
-    void log_thatCannotBeMade_isNoted();
-    void log_thatFails_isSaidOnce();
-    void log_closesAtTheEnd();
-
     void getters_whileValuesChange();
 };
 
 namespace {
 
 using Setter = std::function<void(Setup &)>;
-
-QByteArray contentOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArrayLiteral("(no file)");
-}
 
 void addSetter(const char *key, const PropertyValue &expected, const Setter &setter)
 {
@@ -76,8 +39,6 @@ void addSetter(const char *key, const PropertyValue &expected, const Setter &set
 }
 
 } // namespace
-
-// Values. ---------------------------------------------------------------------------------------
 
 void SetupTest::firstRun()
 {
@@ -205,8 +166,6 @@ void SetupTest::lightLEDColor_isArchived()
     QCOMPARE(parts.startWithoutBoard().lightLEDColor(), QColor(Qt::red));
 }
 
-// What a change does. ---------------------------------------------------------------------------
-
 void SetupTest::boardSetting_reachesTheBoardAtOnce()
 {
     SetupParts parts;
@@ -261,277 +220,6 @@ void SetupTest::narrowFont_setsTheExpansion()
     setup.setUseNarrowFont(true);
     setup.setUseNarrowFont(false);
     QVERIFY((parts.output.expansions == std::vector<float>{-0.2F, 0.0F}));
-}
-
-// Start-up. -------------------------------------------------------------------------------------
-
-void SetupTest::start_configuresTheBoard()
-{
-    SetupParts parts;
-    parts.defaults.setInteger(1, u"ComPortNumber"_s);
-    parts.defaults.setInteger(9, u"ScrollSpeed"_s);
-    parts.defaults.setBool(true, u"RotationLeft90"_s);
-    parts.makeWithBoard();
-    const Setup &setup = parts.start();
-
-    QVERIFY(setup.hasLedSystem());
-    const QStringList expected{u"open 1"_s,    u"comTest"_s,   u"speed 9"_s,  u"modules 4"_s,
-                               u"bright 10"_s, u"reverse 0"_s, u"scroll 1"_s, u"async 0"_s,
-                               u"fontx 1"_s,   u"rotation 1"_s};
-    QCOMPARE(parts.boardCalls, expected);
-    QVERIFY(parts.output.lines.isEmpty());
-}
-
-void SetupTest::start_portThatFails_dropsTheBoard()
-{
-    SetupParts parts;
-    parts.makeWithBoard().opens = false;
-    const Setup &setup = parts.start();
-
-    QVERIFY(!setup.hasLedSystem());
-    QCOMPARE(parts.boardCalls, QStringList{u"open 0"_s});
-    QCOMPARE(parts.output.lines, QStringList{u"シリアルポートのオープンに失敗"_s});
-    QVERIFY(!setup.ledSystem().comTest());
-}
-
-void SetupTest::start_boardThatIsSilent_dropsTheBoard()
-{
-    SetupParts parts;
-    parts.makeWithBoard().answers = false;
-    const Setup &setup = parts.start();
-
-    QVERIFY(!setup.hasLedSystem());
-    QCOMPARE(parts.boardCalls, (QStringList{u"open 0"_s, u"comTest"_s}));
-    QCOMPARE(parts.output.lines, QStringList{u"LED電光掲示板がないのでモニター画面に出力"_s});
-    QVERIFY(!setup.ledSystem().openSerialPortWithNumber(0));
-}
-
-void SetupTest::start_withoutABoard()
-{
-    SetupParts parts;
-    const Setup &setup = parts.startWithoutBoard();
-    QVERIFY(!setup.hasLedSystem());
-    QCOMPARE(parts.output.lines, QStringList{u"シリアルポートのオープンに失敗"_s});
-    QCOMPARE(setup.ledSystem().waitBefore(), 0);
-}
-
-void SetupTest::start_fillsTheWindow()
-{
-    SetupParts parts;
-    parts.defaults.setBool(true, u"LogSystem"_s);
-    parts.startWithoutBoard();
-    const QStringList expected{u"fill finish Blow,Basso"_s, u"fill arrival Blow,Basso"_s,
-                               u"show log 1"_s, u"renewal"_s};
-    QCOMPARE(parts.window.calls, expected);
-}
-
-void SetupTest::portNames_comeFromTheLinkWhileItStands()
-{
-    SetupParts parts;
-    RecordingBoard &board = parts.makeWithBoard();
-    QCOMPARE(parts.setup->portNames(), QStringList{u"port of the link"_s});
-    board.opens = false;
-    QCOMPARE(parts.start().portNames(), QStringList{u"port of the system"_s});
-}
-
-// Filters. --------------------------------------------------------------------------------------
-
-void SetupTest::isOlderThan_data()
-{
-    using namespace std::chrono;
-    QTest::addColumn<int>("hours");
-    QTest::addColumn<qint64>("age"); // seconds
-    QTest::addColumn<bool>("isOlder");
-
-    const qint64 threeDays = 72 * 3600;
-    QTest::newRow("exactly at the limit") << 72 << threeDays << false;
-    QTest::newRow("one second older") << 72 << threeDays + 1 << true;
-    QTest::newRow("one second younger") << 72 << threeDays - 1 << false;
-    QTest::newRow("a date in the future") << 72 << qint64{-3600} << false;
-    QTest::newRow("no hours at all, now") << 0 << qint64{0} << false;
-    QTest::newRow("no hours at all, a second ago") << 0 << qint64{1} << true;
-    QTest::newRow("negative hours") << -1 << qint64{-3599} << true;
-    QTest::newRow("the most hours there are")
-        << std::numeric_limits<int>::max() << threeDays << false;
-}
-
-void SetupTest::isOlderThan()
-{
-    QFETCH(int, hours);
-    QFETCH(qint64, age);
-
-    SetupParts parts;
-    Setup &setup = parts.startWithoutBoard();
-    setup.setOlderHours(hours);
-    QTEST(setup.isOlderThan(parts.clock.calendarNow() - std::chrono::seconds(age)), "isOlder");
-    QCOMPARE(setup.isOlderThan(std::nullopt), false);
-}
-
-void SetupTest::isCommercialMessage_data()
-{
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<bool>("isOn");
-    QTest::addColumn<bool>("isCommercial");
-
-    QTest::newRow("PR with a colon") << u"PR: new shop"_s << true << true;
-    QTest::newRow("the text is upper-cased") << u"pr: new shop"_s << true << true;
-    QTest::newRow("the filter is off") << u"PR: new shop"_s << false << false;
-    QTest::newRow("the second word") << u"[AD] shop"_s << true << true;
-    QTest::newRow("the third word") << u"CM/shop"_s << true << true;
-    QTest::newRow("only within words") << u"Press: add acme"_s << true << false;
-    QTest::newRow("empty words match nothing") << u": ."_s << true << false;
-}
-
-void SetupTest::isCommercialMessage()
-{
-    QFETCH(QString, text);
-    QFETCH(bool, isOn);
-
-    SetupParts parts;
-    Setup &setup = parts.startWithoutBoard();
-    setup.setSkipCMMode(isOn);
-    QTEST(setup.isCommercialMessage(text), "isCommercial");
-}
-
-void SetupTest::isCommercialMessage_eachWordCounts()
-{
-    SetupParts parts;
-    Setup &setup = parts.startWithoutBoard();
-    setup.setSkipCMMode(true);
-    using WordSetter = void (Setup::*)(const QString &);
-    for (WordSetter setWord :
-         {&Setup::setSkipCMWord1, &Setup::setSkipCMWord2, &Setup::setSkipCMWord3,
-          &Setup::setSkipCMWord4, &Setup::setSkipCMWord5, &Setup::setSkipCMWord6,
-          &Setup::setSkipCMWord7, &Setup::setSkipCMWord8}) {
-        QVERIFY(!setup.isCommercialMessage(u"広告 :"_s));
-        (setup.*setWord)(u"広告"_s);
-        QVERIFY(setup.isCommercialMessage(u"広告 :"_s));
-        (setup.*setWord)(u"広"_s + u"告知"_s);
-    }
-}
-
-// The log file. ---------------------------------------------------------------------------------
-
-void SetupTest::log_staysOpenWhileOneSwitchIsOn()
-{
-    SetupParts parts;
-    Setup &setup = parts.startWithoutBoard();
-    QVERIFY(!setup.logFileHandle());
-
-    setup.setLogRSSRead(true);
-    const std::shared_ptr<LogFile> handle = setup.logFileHandle();
-    QVERIFY(handle);
-    QVERIFY(handle->writeLine("first\n"));
-    setup.setLogTimer(true);
-    QCOMPARE(setup.logFileHandle(), handle);
-    setup.setLogRSSRead(false);
-    QCOMPARE(setup.logFileHandle(), handle);
-    setup.setLogTimer(false);
-    QVERIFY(!setup.logFileHandle());
-    QCOMPARE(contentOf(parts.logPath()), "first\n"_ba);
-}
-
-void SetupTest::log_startsFreshEachTime()
-{
-    SetupParts parts;
-    Setup &setup = parts.startWithoutBoard();
-    setup.setLogSystem(true);
-    QVERIFY(setup.logFileHandle()->writeLine("old\n"));
-    setup.setLogSystem(false);
-    QCOMPARE(contentOf(parts.logPath()), "old\n"_ba);
-    setup.setLogSystem(true);
-    QCOMPARE(contentOf(parts.logPath()), ""_ba);
-}
-
-void SetupTest::log_opensAtStart_data()
-{
-    QTest::addColumn<QString>("key");
-    QTest::addColumn<bool>("isOpen");
-    QTest::newRow("no switch") << u"DisplayAuto"_s << false;
-    for (const char *key : {"LogRSSRead", "LogRSSDisp", "LogTimer", "LogSystem"})
-        QTest::newRow(key) << QString::fromLatin1(key) << true;
-}
-
-void SetupTest::log_opensAtStart()
-{
-    QFETCH(QString, key);
-    QFETCH(bool, isOpen);
-
-    SetupParts parts;
-    parts.defaults.setBool(true, key);
-    QCOMPARE(parts.startWithoutBoard().logFileHandle() != nullptr, isOpen);
-    QCOMPARE(QFile::exists(parts.logPath()), isOpen);
-}
-
-void SetupTest::log_newPathWhileOpen_makesOnlyTheFolder()
-{
-    SetupParts parts;
-    Setup &setup = parts.startWithoutBoard();
-    setup.setLogSystem(true);
-    setup.setLogFilePath(parts.folder.filePath(u"other/log.txt"_s));
-    setup.setLogTimer(true);
-
-    QCOMPARE(setup.logFileHandle()->path(), parts.logPath());
-    QVERIFY(QDir(parts.folder.filePath(u"other"_s)).exists());
-    QVERIFY(!QFile::exists(setup.logFilePath()));
-}
-
-void SetupTest::log_thatCannotBeMade_isNoted()
-{
-    SetupParts parts;
-    Setup &setup = parts.startWithoutBoard();
-    setup.setLogFilePath(parts.storePath() + u"/log.txt"_s); // a file stands where a folder should
-    setup.setDispAuto(true);                                 // makes the store's file
-    parts.window.calls.clear();
-
-    setup.setLogSystem(true);
-    QVERIFY(!setup.logFileHandle());
-    QCOMPARE(setup.logSystem(), true);
-    QCOMPARE(parts.window.calls, QStringList{u"show log 0"_s});
-    QVERIFY(!parts.window.logNotes.last().isEmpty());
-    QVERIFY(parts.window.alerts.isEmpty());
-
-    setup.setLogFilePath(parts.logPath());
-    setup.setLogTimer(true);
-    QVERIFY(setup.logFileHandle());
-    QVERIFY(parts.window.logNotes.last().isEmpty());
-}
-
-void SetupTest::log_thatFails_isSaidOnce()
-{
-    SetupParts parts;
-    Setup &setup = parts.startWithoutBoard();
-    setup.setLogSystem(true);
-    parts.window.logNotes.clear();
-
-    std::thread writer([&] {
-        for (int i = 0; i < 100; ++i)
-            setup.logFileFailed();
-    });
-    writer.join();
-    parts.mainThread.drain();
-    setup.logFileFailed();
-    parts.mainThread.drain();
-    QCOMPARE(parts.window.logNotes.size(), 1);
-
-    setup.setLogSystem(false);
-    setup.setLogSystem(true); // another file, another chance to fail
-    setup.logFileFailed();
-    parts.mainThread.drain();
-    QCOMPARE(parts.window.logNotes.size(), 3); // failed, cleared, failed
-}
-
-void SetupTest::log_closesAtTheEnd()
-{
-    SetupParts parts;
-    Setup &setup = parts.startWithoutBoard();
-    setup.applicationWillTerminate(); // nothing open, nothing done
-    setup.setLogSystem(true);
-    parts.window.calls.clear();
-    setup.applicationWillTerminate();
-    QVERIFY(!setup.logFileHandle());
-    QCOMPARE(parts.window.calls, QStringList{u"show log 0"_s});
-    QCOMPARE(setup.logSystem(), true); // logged again by the next run
 }
 
 void SetupTest::getters_whileValuesChange()
