@@ -30,12 +30,13 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
+// The timer window has buttons of the same names.
 template <typename Widget>
 Widget *widget(const QString &name)
 {
     for (QWidget *window : QApplication::topLevelWidgets()) {
-        if (auto *found = window->findChild<Widget *>(name))
-            return found;
+        if (window->objectName() == u"mainWindow"_s)
+            return window->findChild<Widget *>(name);
     }
     return nullptr;
 }
