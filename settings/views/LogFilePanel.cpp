@@ -28,12 +28,21 @@ void askBeforeReplacing(QWidget &parent, const QString &path, const Chosen &chos
                      });
 }
 
+/// The folder, or the nearest one above it that exists: the log's own is made with the first log.
+QString nearestFolder(const QString &path)
+{
+    QString folder = path;
+    while (!QFileInfo(folder).isDir() && folder != QFileInfo(folder).path())
+        folder = QFileInfo(folder).path();
+    return folder;
+}
+
 } // namespace
 
 void openLogFilePanel(QWidget *parent, const FilePanel &panel, const QString &present,
                       const Chosen &chosen)
 {
-    auto *files = new QFileDialog(parent, panel.title, panel.folder);
+    auto *files = new QFileDialog(parent, panel.title, nearestFolder(panel.folder));
     files->setObjectName(u"logFilePanel"_s);
     files->setAttribute(Qt::WA_DeleteOnClose);
     files->setAcceptMode(QFileDialog::AcceptSave);
