@@ -23,6 +23,7 @@
 #include <QCloseEvent>
 #include <QMenuBar>
 #include <QMessageBox>
+#include <QPointer>
 #include <QScreen>
 #include <QSplitter>
 #include <QTabWidget>
@@ -44,8 +45,8 @@ constexpr int highestDrawer = 2000;
 constexpr QSize firstSize{860, 600};
 constexpr QSize smallestSize{480, 320};
 // Frames count before the window manager has told how thick they are.
-constexpr QMargins frameAllowance{8, 40, 8, 40};
-constexpr int roomForBoard = 210; // its window with the frames of both
+constexpr QMargins frameAllowance{0, 40, 0, 64};
+constexpr int roomForBoard = 232; // its window with the frames of both
 constexpr auto problemInterval = 2s;
 constexpr auto identifierProperty = "identifier";
 
@@ -135,7 +136,10 @@ void MainWindow::connectParts()
             [this] { parts_.control.actDrawerButton(); });
     connect(&ledWindow_, &LEDWindow::boardDoubleClicked, this,
             [this] { parts_.msgList.actDoubleClickRSSView(); });
-    parts_.msgList.changeNotice().listen([this] { showPresentation(); });
+    parts_.msgList.changeNotice().listen([self = QPointer(this)] {
+        if (self)
+            self->showPresentation();
+    });
 
     problemWatch_.setInterval(problemInterval);
     connect(&problemWatch_, &QTimer::timeout, this, &MainWindow::showProblems);

@@ -13,6 +13,7 @@
 #include "feeds/views/FeedListView.h"
 #include "messages/views/LEDWindow.h"
 #include "messages/views/MessageListView.h"
+#include "messages/views/MessageSwitchesView.h"
 #include "schedule/views/TimerView.h"
 #include "settings/views/SettingsView.h"
 
@@ -109,6 +110,7 @@ void Program::makeWindows()
 void Program::addSettings()
 {
     auto *settingsView = new SettingsView(setup_, serialDevices_);
+    settingsView->addGroup(new MessageSwitchesView(msgList_));
     mainWindow_->addTab(settingsView, tab::setup, u"TabSetup"_s, u"MenuShowTabSetup"_s);
     QObject::connect(settingsView, &SettingsView::tabWanted, mainWindow_.get(),
                      [this](const QString &identifier) {

@@ -141,6 +141,18 @@ public:
 
     // What a person does. ----------------------------------------------------------------------
 
+    // Each control of the switches, with its value.
+    void actDispLineCheck(bool isOn) { setIsDispLine(isOn); }
+    void actDispDateCheck(bool isOn) { setIsDispDate(isOn); }
+    void actDispNameCheck(bool isOn) { setIsDispName(isOn); }
+    void actDispDescCheck(bool isOn) { setIsDispDesc(isOn); }
+    void actShowCalendarCheck(bool isOn) { setShowCalendar(isOn); }
+    void actDispEachRSSCheck(bool isOn) { setDispEachRSS(isOn); }
+    void actDispInfoCheck(bool isOn) { setDispInfo(isOn); }
+    void actUseMaxMsgCheck(bool isOn) { setUseMaxMsg(isOn); }
+    void actMaxMessagesText(int number) { setMaxMessages(number); }
+    void actDispOrderMatrix(int order) { setDispOrder(order); }
+
     /// With the option key the display starts again at the row; without it the row's link is
     /// opened.
     void actDoubleClickListView(int selectedRow, bool hasOptionKey);

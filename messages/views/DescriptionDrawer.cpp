@@ -4,6 +4,8 @@
 #include "platform/Localization.h"
 #include "platform/PlainText.h"
 
+#include <QKeyEvent>
+
 namespace qovelmor {
 
 using namespace Qt::Literals::StringLiterals;
@@ -32,6 +34,15 @@ void DescriptionDrawer::showDescription(const QString &text)
     const QString plain = withoutDirectionMarks(text);
     if (plain != toPlainText())
         setPlainText(plain);
+}
+
+// While the panel has the keyboard, copying means its text and not a row of the table.
+bool DescriptionDrawer::event(QEvent *event)
+{
+    if (event->type() == QEvent::ShortcutOverride &&
+        static_cast<QKeyEvent *>(event)->matches(QKeySequence::Copy) && textCursor().hasSelection())
+        event->accept();
+    return QPlainTextEdit::event(event);
 }
 
 } // namespace qovelmor

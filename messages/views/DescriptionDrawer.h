@@ -17,6 +17,9 @@ public:
     /// Taken as plain text, whatever it looks like, and without the marks that turn the direction
     /// of writing. Text that is there already stays where it was scrolled to.
     void showDescription(const QString &text);
+
+protected:
+    bool event(QEvent *event) override;
 };
 
 } // namespace qovelmor

@@ -44,6 +44,7 @@ LEDWindow::LEDWindow(OnScreenBoard &board, UserDefaults &defaults, QWidget *pare
 {
     setObjectName(u"ledWindow"_s);
     setWindowTitle(localized(u"LEDWindowTitle"_s));
+    setAttribute(Qt::WA_ShowWithoutActivating); // the keys stay with whoever opened it
 
     splitter_->addWidget(boardView_);
     splitter_->addWidget(ledDrawer_);

@@ -23,6 +23,9 @@
 #include <QUrl>
 #include <QVBoxLayout>
 
+#include <algorithm>
+#include <utility>
+
 namespace qovelmor {
 
 using namespace Qt::Literals::StringLiterals;
@@ -61,10 +64,11 @@ void SettingsView::createPage()
     right_ = new QVBoxLayout;
     page_->addLayout(left_, 1);
     page_->addLayout(right_);
-    for (SettingsGroup *group : allGroups())
-        left_->addWidget(group);
+    const auto groups = allGroups();
+    shownGroups_.assign(groups.begin(), groups.end());
     left_->addStretch(1);
     right_->addStretch(1);
+    putGroups();
 
     scroller_->setObjectName(u"settingsPage"_s);
     scroller_->setWidgetResizable(true);
@@ -81,26 +85,36 @@ std::array<SettingsGroup *, 6> SettingsView::allGroups() const
     return {board_, display_, filters_, log_, sounds_, browser_};
 }
 
+void SettingsView::addGroup(QWidget *group)
+{
+    const auto display = std::find(shownGroups_.begin(), shownGroups_.end(), display_);
+    shownGroups_.insert(std::next(display), group);
+    putGroups();
+}
+
 void SettingsView::arrangeGroups()
 {
-    const auto groups = allGroups();
     int widest = 0;
-    for (const SettingsGroup *group : groups)
+    for (const QWidget *group : shownGroups_)
         widest = std::max(widest, group->minimumSizeHint().width());
     const int space = width() - scroller_->verticalScrollBar()->sizeHint().width();
     const int columns = space >= 2 * widest + spaceBetweenColumns ? 2 : 1;
-    if (columns == columns_)
-        return;
-    columns_ = columns;
-    const int inLeft = columns == 2 ? groupsInLeftColumn : static_cast<int>(groups.size());
-    for (int index = 0; index < static_cast<int>(groups.size()); ++index) {
-        QWidget *group = groups[static_cast<std::size_t>(index)];
+    if (columns != std::exchange(columns_, columns))
+        putGroups();
+}
+
+void SettingsView::putGroups()
+{
+    const int all = static_cast<int>(shownGroups_.size());
+    const int inLeft = columns_ == 2 ? groupsInLeftColumn : all;
+    for (int index = 0; index < all; ++index) {
+        QWidget *group = shownGroups_[static_cast<std::size_t>(index)];
         if (index < inLeft)
             left_->insertWidget(index, group);
         else
             right_->insertWidget(index - inLeft, group);
     }
-    page_->setStretch(1, columns - 1);
+    page_->setStretch(1, columns_ - 1);
 }
 
 void SettingsView::resizeEvent(QResizeEvent *event)

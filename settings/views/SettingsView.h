@@ -7,6 +7,7 @@
 #include <QWidget>
 
 #include <array>
+#include <vector>
 
 class QHBoxLayout;
 class QScrollArea;
@@ -30,6 +31,9 @@ class SettingsView final : public QWidget, public SettingsWindow
 public:
     /// Both outlive the view. `devices` tells when the port menu is to be renewed.
     SettingsView(Setup &setup, SerialDeviceNotifier &devices);
+
+    /// One more group, made by somebody else, after the group of the display. It renews itself.
+    void addGroup(QWidget *group);
 
     void renewalControls() override;
     void fillSoundMenu(SoundMenu menu, const QStringList &names) override;
@@ -55,7 +59,7 @@ protected:
 private:
     void createPage();
     void arrangeGroups();
-    /// In the order of the page.
+    void putGroups();
     std::array<SettingsGroup *, 6> allGroups() const;
 
     Setup &setup_;
@@ -70,6 +74,7 @@ private:
     QHBoxLayout *page_ = nullptr;
     QVBoxLayout *left_ = nullptr;
     QVBoxLayout *right_ = nullptr;
+    std::vector<QWidget *> shownGroups_; ///< in the order of the page
     int columns_ = 1;
 };
 

@@ -41,8 +41,12 @@ public:
                                   "<pubDate>Sat, 21 Nov 2026 09:30:00 +0900</pubDate></item>")
                        .arg(headline);
         }
+        serveDocument(address, xml + QStringLiteral("</channel></rss>"));
+    }
+    void serveDocument(const QString &address, const QString &xml)
+    {
         const std::lock_guard lock(mutex_);
-        documents_[address] = (xml + QStringLiteral("</channel></rss>")).toUtf8();
+        documents_[address] = xml.toUtf8();
     }
     void remove(const QString &address)
     {

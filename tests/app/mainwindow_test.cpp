@@ -1,0 +1,769 @@
+// SPDX-License-Identifier: MIT
+#include "WindowedProgram.h"
+#include "messages/views/RSSTextField.h"
+#include "platform/Localization.h"
+#include "platform/views/ListTable.h"
+
+#include <QClipboard>
+#include <QCloseEvent>
+#include <QHeaderView>
+#include <QLabel>
+#include <QMenu>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QTabWidget>
+#include <QToolButton>
+
+using namespace qovelmor;
+using namespace Qt::Literals::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+const auto feedA = u"http://town/a"_s;
+
+void closeAsUser(QWidget &window)
+{
+    QCloseEvent event;
+    QCoreApplication::sendEvent(&window, &event);
+}
+
+} // namespace
+
+/// The main window as a person uses it: keys, clicks, menus.
+class MainWindowTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void menuHasEveryCommand_data();
+    void menuHasEveryCommand();
+    void mnemonicsAreUniqueInTheWindow();
+    void copy_isOfferedForASelectedRow_data();
+    void copy_isOfferedForASelectedRow();
+    void copyKey_putsTheRowOnTheClipboard_data();
+    void copyKey_putsTheRowOnTheClipboard();
+    void copyKey_writesAnAbsentDescription();
+    void copyKeyInTheDrawer_copiesItsText();
+    void sizeKeys_changeTheTableOfTheTab_data();
+    void sizeKeys_changeTheTableOfTheTab();
+    void sizes_haveNoBounds();
+    void sizeKeys_doNothingOnOtherTabs();
+    void tabKeys_selectTabs();
+    void descriptionButton_restsOffTheMessageTab();
+    void descriptionItem_carriesWhatItWillDo();
+    void description_isPlainTextWithoutDirectionMarks();
+    void ledWindow_opensAndClosesDuringADisplay();
+    void ledItem_isEnabledWhileTheWindowIsShut();
+    void ledDrawer_takesTheDescriptionOver();
+    void doubleClick_opensTheArticle();
+    void altDoubleClick_showsFromThatRow();
+    void returnKeys_doWhatDoubleClicksDo();
+    void refusedLink_raisesTheAlert();
+    void numberField_opensTheArticleOnDisplay();
+    void displayedRow_carriesTheMark();
+    void newMessages_areBold();
+    void firstSeenTimes_areSavedAfterDrawing();
+    void columnWidths_areStored();
+    void emptyTable_saysWhatToDo();
+    void readButton_readsAndShowsTheMessages();
+    void startAndStopButtons_followTheState();
+    void fontItems_chooseTheFont();
+    void boarderItems_chooseTheThreshold();
+    void textMenus_restWithoutUse_data();
+    void textMenus_restWithoutUse();
+    void statusLine_saysThatTheStoreCannotBeSaved();
+    void statusLine_countsFailedFeeds();
+    void closing_hidesWhereThereIsATray();
+    void closing_quitsWhereThereIsNone();
+    void secondLaunch_bringsUpAHiddenWindow();
+    void startupWindow_isGoneAfterTheLaunch();
+    void about_opensAndCloses();
+};
+
+void MainWindowTest::menuHasEveryCommand_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QKeySequence>("keys");
+    const auto row = [](const char *name, const QString &text, const QKeySequence &keys = {}) {
+        QTest::newRow(name) << text << keys;
+    };
+    row("actGetRSS", u"RSS を読み込む(&R)"_s, Qt::Key_F5);
+    row("actLoadURL", u"RSS リストの読み込み(&I)…"_s);
+    row("actSaveURL", u"RSS リストの書き出し(&E)…"_s);
+    row("actQuit", u"QoVelmorRSS を終了(&Q)"_s, Qt::CTRL | Qt::Key_Q);
+    row("actCopyRow", u"行をコピー(&C)"_s, Qt::CTRL | Qt::Key_C);
+    row("actPreferences", u"設定(&P)…"_s, Qt::CTRL | Qt::Key_Comma);
+    row("actShowTab_list", u"RSSリスト(&1)"_s, Qt::CTRL | Qt::Key_1);
+    row("actShowTab_message", u"メッセージ(&2)"_s, Qt::CTRL | Qt::Key_2);
+    row("actSizeBigger", u"文字を大きく(&B)"_s, Qt::CTRL | Qt::Key_Plus);
+    row("actSizeSmaller", u"文字を小さく(&S)"_s, Qt::CTRL | Qt::Key_Minus);
+    row("actSizeOriginal", u"元の大きさ(&O)"_s, Qt::CTRL | Qt::Key_0);
+    row("actDescriptionDrawer", u"詳細記事画面を開く"_s, Qt::CTRL | Qt::Key_I);
+    row("actStartDisp", u"表示開始(&S)"_s, Qt::CTRL | Qt::Key_D);
+    row("actStopDisp", u"表示停止(&T)"_s, Qt::CTRL | Qt::Key_Period);
+    row("actOpenSelectedMessage", u"選択した記事を開く(&A)"_s, Qt::CTRL | Qt::Key_Return);
+    row("actDisplayFromSelection", u"選択した行から表示(&R)"_s, Qt::ALT | Qt::Key_Return);
+    row("actOpenMainWindow", u"メイン画面を開く(&M)"_s);
+    row("actOpenLEDWindow", u"LED 画面を開く(&L)"_s, Qt::CTRL | Qt::Key_L);
+    row("actAbout", u"QoVelmorRSS について(&A)"_s);
+}
+
+void MainWindowTest::menuHasEveryCommand()
+{
+    QFETCH(QString, text);
+    QFETCH(QKeySequence, keys);
+    WindowedProgram p;
+    p.launch();
+    QAction *item = p.item(QString::fromLatin1(QTest::currentDataTag()));
+    QVERIFY(item);
+    QCOMPARE(item->text(), text);
+    QCOMPARE(item->shortcut(), keys);
+    int places = 0;
+    for (const QAction *top : p.mainWindow.menuBar()->actions())
+        places += int(top->menu()->actions().count(item));
+    QCOMPARE(places, 1);
+}
+
+void MainWindowTest::mnemonicsAreUniqueInTheWindow()
+{
+    WindowedProgram p;
+    p.launch();
+    QStringList keys;
+    const auto add = [&keys](const QString &text) {
+        const QKeySequence key = QKeySequence::mnemonic(text);
+        if (!key.isEmpty())
+            keys << key.toString();
+    };
+    for (const QAction *top : p.mainWindow.menuBar()->actions())
+        add(top->text());
+    for (const auto *button : p.mainWindow.findChildren<QAbstractButton *>())
+        add(button->text());
+    QVERIFY(keys.size() >= 11);
+    QStringList once = keys;
+    once.removeDuplicates();
+    QCOMPARE(keys, once);
+}
+
+void MainWindowTest::copy_isOfferedForASelectedRow_data()
+{
+    QTest::addColumn<QString>("tab");
+    QTest::addColumn<QString>("table");
+    QTest::newRow("feeds") << tab::list << u"rssListView"_s;
+    QTest::newRow("messages") << tab::message << u"msgListView"_s;
+}
+
+void MainWindowTest::copy_isOfferedForASelectedRow()
+{
+    QFETCH(QString, tab);
+    QFETCH(QString, table);
+    WindowedProgram p;
+    p.addFeed(feedA, {u"一"_s, u"二"_s});
+    p.launchOnTab(tab);
+    QVERIFY(!p.item(u"actCopyRow"_s)->isEnabled());
+    p.selectRow(p.find<QTableView>(table), 0);
+    QVERIFY(p.item(u"actCopyRow"_s)->isEnabled());
+    QCOMPARE(p.item(u"actDisplayFromSelection"_s)->isEnabled(), tab == tab::message);
+    p.mainWindow.selectTab(tab == tab::list ? tab::message : tab::list); // nothing selected there
+    QVERIFY(!p.item(u"actCopyRow"_s)->isEnabled());
+}
+
+void MainWindowTest::copyKey_putsTheRowOnTheClipboard_data()
+{
+    QTest::addColumn<QString>("item");
+    QTest::addColumn<QString>("copied");
+    QTest::newRow("all parts") << u"<title>見出し</title><description>本文</description>"
+                                  "<pubDate>Sat, 21 Nov 2026 09:30:00 +0900</pubDate>"_s
+                               << u"11/21 09:30 見出し＊＊＊本文"_s;
+    QTest::newRow("no date") << u"<title>見出し</title><description>本文</description>"_s
+                             << u"日時不明 見出し＊＊＊本文"_s;
+}
+
+void MainWindowTest::copyKey_putsTheRowOnTheClipboard()
+{
+    QFETCH(QString, item);
+    QFETCH(QString, copied);
+    WindowedProgram p;
+    p.addFeed(feedA, {});
+    p.loader.serveDocument(feedA, u"<rss version='2.0'><channel><title>町</title><item>"_s + item +
+                                      u"<link>http://town/x</link></item></channel></rss>"_s);
+    p.launchOnTab(tab::message);
+    p.selectRow(p.find<QTableView>(u"msgListView"_s), 0);
+    p.press(Qt::Key_C, Qt::ControlModifier);
+    QCOMPARE(QGuiApplication::clipboard()->text(), copied);
+}
+
+void MainWindowTest::copyKey_writesAnAbsentDescription()
+{
+    WindowedProgram p;
+    p.launchOnTab(tab::message, false);
+    Message message;
+    message.headline = u"見出し"_s;
+    p.msgList.randomAddObject(message);
+    p.settle();
+    p.selectRow(p.find<QTableView>(u"msgListView"_s), 0);
+    p.press(Qt::Key_C, Qt::ControlModifier);
+    QCOMPARE(QGuiApplication::clipboard()->text(), u"日時不明 見出し(null)"_s);
+}
+
+void MainWindowTest::copyKeyInTheDrawer_copiesItsText()
+{
+    WindowedProgram p;
+    p.addFeed(feedA, {u"一"_s});
+    p.launchOnTab(tab::message);
+    p.selectRow(p.find<QTableView>(u"msgListView"_s), 0);
+    p.control.actDrawerButton(); // shut: the description belongs to the main window
+    p.click(u"descriptionButton"_s);
+    auto *drawer = p.find<QPlainTextEdit>(u"descriptionDrawer"_s);
+    drawer->setPlainText(u"詳しい本文"_s);
+    drawer->setFocus();
+    QTest::keyClick(drawer, Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClick(drawer, Qt::Key_C, Qt::ControlModifier);
+    QCOMPARE(QGuiApplication::clipboard()->text(), u"詳しい本文"_s);
+}
+
+void MainWindowTest::sizeKeys_changeTheTableOfTheTab_data()
+{
+    QTest::addColumn<QString>("tab");
+    QTest::addColumn<QString>("table");
+    QTest::addColumn<QString>("heightKey");
+    QTest::addColumn<QString>("sizeKey");
+    QTest::newRow("feeds") << tab::list << u"rssListView"_s << u"RSSRowHeight"_s
+                           << u"RSSFontSize"_s;
+    QTest::newRow("messages") << tab::message << u"msgListView"_s << u"MSGRowHeight"_s
+                              << u"MSGFontSize"_s;
+}
+
+void MainWindowTest::sizeKeys_changeTheTableOfTheTab()
+{
+    QFETCH(QString, tab);
+    QFETCH(QString, table);
+    QFETCH(QString, heightKey);
+    QFETCH(QString, sizeKey);
+    WindowedProgram p;
+    p.addFeed(feedA, {u"一"_s});
+    p.launchOnTab(tab);
+    auto *view = p.find<QTableView>(table);
+    const auto compare = [&](double height, double size) {
+        QCOMPARE(p.defaults.floatForKey(heightKey), height);
+        QCOMPARE(p.defaults.floatForKey(sizeKey), size);
+        QCOMPARE(view->rowHeight(0), int(height));
+        QCOMPARE(view->font().pixelSize(), int(size));
+    };
+    p.press(Qt::Key_Plus, Qt::ControlModifier);
+    compare(21, 14);
+    p.press(Qt::Key_Plus, Qt::ControlModifier);
+    compare(25, 16);
+    p.press(Qt::Key_Minus, Qt::ControlModifier);
+    compare(21, 14);
+    p.press(Qt::Key_0, Qt::ControlModifier);
+    compare(17, 12);
+}
+
+// What is stored goes on below zero; only what is drawn has a least size.
+void MainWindowTest::sizes_haveNoBounds()
+{
+    WindowedProgram p;
+    p.addFeed(feedA, {u"一"_s});
+    p.launchOnTab(tab::message);
+    for (int times = 0; times < 7; ++times)
+        p.press(Qt::Key_Minus, Qt::ControlModifier);
+    QCOMPARE(p.defaults.floatForKey(u"MSGRowHeight"_s), -11.0);
+    QCOMPARE(p.defaults.floatForKey(u"MSGFontSize"_s), -2.0);
+    QCOMPARE(p.find<QTableView>(u"msgListView"_s)->rowHeight(0), 1);
+    for (int times = 0; times < 40; ++times)
+        p.item(u"actSizeBigger"_s)->trigger();
+    QCOMPARE(p.defaults.floatForKey(u"MSGRowHeight"_s), 149.0);
+    QCOMPARE(p.find<QTableView>(u"msgListView"_s)->rowHeight(0), 149);
+}
+
+void MainWindowTest::sizeKeys_doNothingOnOtherTabs()
+{
+    WindowedProgram p;
+    p.mainWindow.addTab(new QWidget, tab::setup, u"Setup"_s, u"MenuShowTabSetup"_s);
+    p.launchOnTab(tab::setup, false);
+    p.press(Qt::Key_Plus, Qt::ControlModifier);
+    QCOMPARE(p.defaults.floatForKey(u"MSGRowHeight"_s), 17.0);
+    QCOMPARE(p.defaults.floatForKey(u"RSSRowHeight"_s), 17.0);
+    QVERIFY(!p.item(u"actCopyRow"_s)->isEnabled());
+}
+
+void MainWindowTest::tabKeys_selectTabs()
+{
+    WindowedProgram p;
+    p.mainWindow.addTab(new QWidget, tab::setup, u"Setup"_s, u"MenuShowTabSetup"_s);
+    p.launchOnTab(tab::list, false);
+    p.press(Qt::Key_2, Qt::ControlModifier);
+    QCOMPARE(p.mainWindow.selectedTab(), tab::message);
+    p.press(Qt::Key_1, Qt::ControlModifier);
+    QCOMPARE(p.mainWindow.selectedTab(), tab::list);
+    p.press(Qt::Key_Comma, Qt::ControlModifier); // the settings
+    QCOMPARE(p.mainWindow.selectedTab(), tab::setup);
+}
+
+void MainWindowTest::descriptionButton_restsOffTheMessageTab()
+{
+    WindowedProgram p(true);
+    p.launchOnTab(tab::message);
+    p.click(u"descriptionButton"_s);
+    auto *button = p.find<QToolButton>(u"descriptionButton"_s);
+    auto *drawer = p.find(u"descriptionDrawer"_s);
+    QVERIFY(button->isChecked() && drawer->isVisible());
+    QCOMPARE(p.defaults.integerForKey(u"DescButtonState"_s), 1);
+    p.mainWindow.selectTab(tab::list);
+    QVERIFY(!button->isEnabled() && drawer->isHidden());
+    p.mainWindow.selectTab(tab::message);
+    QVERIFY(button->isEnabled() && drawer->isVisible());
+    p.click(u"descriptionButton"_s);
+    QVERIFY(!button->isChecked() && drawer->isHidden());
+    QCOMPARE(p.defaults.integerForKey(u"DescButtonState"_s), 0);
+}
+
+void MainWindowTest::descriptionItem_carriesWhatItWillDo()
+{
+    WindowedProgram p(true);
+    p.launchOnTab(tab::message);
+    QAction *item = p.item(u"actDescriptionDrawer"_s);
+    QCOMPARE(item->text(), u"詳細記事画面を開く"_s);
+    p.press(Qt::Key_I, Qt::ControlModifier);
+    QCOMPARE(item->text(), u"詳細記事画面を閉じる"_s);
+    QVERIFY(item->isEnabled());
+    p.press(Qt::Key_I, Qt::ControlModifier);
+    QCOMPARE(item->text(), u"詳細記事画面を開く"_s);
+    p.mainWindow.selectTab(tab::list);
+    QVERIFY(item->isEnabled()); // always, unlike the button
+}
+
+void MainWindowTest::description_isPlainTextWithoutDirectionMarks()
+{
+    WindowedProgram p;
+    p.addFeed(feedA, {u"<![CDATA[a\u202Eb &lt;b&gt;]]>"_s});
+    p.launchOnTab(tab::message);
+    p.control.startDispRSS();
+    p.sleep(500ms);
+    const QString text = p.find<QPlainTextEdit>(u"descriptionDrawer"_s)->toPlainText();
+    QVERIFY2(text == u"ab"_s, qPrintable(text));
+    QCOMPARE(p.find<QPlainTextEdit>(u"ledDrawer"_s)->toPlainText(), text);
+}
+
+void MainWindowTest::ledWindow_opensAndClosesDuringADisplay()
+{
+    WindowedProgram p(true);
+    p.addFeed(feedA, {u"一"_s, u"二"_s});
+    p.launchOnTab(tab::message);
+    p.click(u"startDispButton"_s);
+    p.sleep(500ms);
+    QVERIFY(!p.ledWindow.isVisible());
+    p.click(u"drawerButton"_s);
+    QVERIFY(p.ledWindow.isVisible());
+    QVERIFY(p.find<QToolButton>(u"drawerButton"_s)->isChecked());
+    QVERIFY(p.control.isDisplayActive() && !p.control.isOutputLED());
+    QCOMPARE(p.defaults.integerForKey(u"LEDButtonState"_s), 1);
+    p.click(u"drawerButton"_s);
+    QVERIFY(!p.ledWindow.isVisible());
+    QVERIFY(!p.find<QToolButton>(u"drawerButton"_s)->isChecked());
+    QVERIFY(p.control.isDisplayActive() && p.control.isOutputLED());
+    QCOMPARE(p.defaults.integerForKey(u"LEDButtonState"_s), 0);
+}
+
+void MainWindowTest::ledItem_isEnabledWhileTheWindowIsShut()
+{
+    WindowedProgram p(true);
+    p.launchOnTab(tab::list);
+    QVERIFY(p.item(u"actOpenLEDWindow"_s)->isEnabled());
+    QVERIFY(!p.item(u"actOpenMainWindow"_s)->isEnabled());
+    p.press(Qt::Key_L, Qt::ControlModifier);
+    QVERIFY(p.ledWindow.isVisible());
+    QVERIFY(!p.item(u"actOpenLEDWindow"_s)->isEnabled());
+    p.mainWindow.hideMainWindow();
+    QVERIFY(p.item(u"actOpenMainWindow"_s)->isEnabled());
+    p.item(u"actOpenMainWindow"_s)->trigger();
+    QVERIFY(p.mainWindow.isVisible());
+}
+
+void MainWindowTest::ledDrawer_takesTheDescriptionOver()
+{
+    WindowedProgram p(true);
+    p.launchOnTab(tab::message);
+    p.click(u"descriptionButton"_s);
+    p.click(u"drawerButton"_s);
+    QVERIFY(p.find(u"descriptionDrawer"_s)->isHidden());
+    QVERIFY(p.find(u"ledDrawer"_s)->isVisible());
+    p.click(u"descriptionButton"_s); // the one that is open is meant
+    QVERIFY(p.find(u"ledDrawer"_s)->isHidden());
+    QVERIFY(!p.find<QToolButton>(u"descriptionButton"_s)->isChecked());
+    p.click(u"descriptionButton"_s);
+    p.click(u"drawerButton"_s);
+    QVERIFY(p.find(u"descriptionDrawer"_s)->isVisible());
+}
+
+void MainWindowTest::doubleClick_opensTheArticle()
+{
+    WindowedProgram p;
+    p.addFeed(feedA, {u"1"_s, u"2"_s, u"3"_s});
+    p.launchOnTab(tab::message);
+    auto *table = p.find<QTableView>(u"msgListView"_s);
+    p.selectRow(table, 1);
+    QVERIFY(p.opener.opened.isEmpty());
+    QTest::mouseDClick(table->viewport(), Qt::LeftButton, {}, WindowedProgram::cell(table, 1));
+    QCOMPARE(p.opener.opened, QStringList{u"http://town/2"_s});
+    QVERIFY(!p.control.isDisplayActive());
+}
+
+void MainWindowTest::altDoubleClick_showsFromThatRow()
+{
+    WindowedProgram p;
+    QStringList headlines;
+    for (int number = 1; number <= 8; ++number)
+        headlines << QString::number(number);
+    p.addFeed(feedA, headlines);
+    p.launchOnTab(tab::message);
+    p.control.startDispRSS();
+    p.sleep(500ms);
+    QVERIFY(p.screen.takeShown().constFirst().startsWith(u"1"_s));
+    auto *table = p.find<QTableView>(u"msgListView"_s);
+    p.selectRow(table, 5);
+    QTest::mouseDClick(table->viewport(), Qt::LeftButton, Qt::AltModifier,
+                       WindowedProgram::cell(table, 5));
+    p.sleep(500ms);
+    QCOMPARE(p.msgList.messageIndex(), 5);
+    QVERIFY(p.screen.takeShown().constFirst().startsWith(u"6"_s));
+    QVERIFY(p.opener.opened.isEmpty());
+}
+
+void MainWindowTest::returnKeys_doWhatDoubleClicksDo()
+{
+    WindowedProgram p;
+    p.addFeed(feedA, {u"1"_s, u"2"_s, u"3"_s});
+    p.launchOnTab(tab::message);
+    auto *table = p.find<QTableView>(u"msgListView"_s);
+    p.selectRow(table, 2);
+    QTest::keyClick(table, Qt::Key_Return);
+    QCOMPARE(p.opener.opened, QStringList{u"http://town/3"_s});
+    p.press(Qt::Key_Return, Qt::ControlModifier);
+    QCOMPARE(p.opener.opened.size(), 2);
+    p.press(Qt::Key_Return, Qt::AltModifier);
+    p.sleep(500ms);
+    QVERIFY(p.control.isDisplayActive());
+    QCOMPARE(p.msgList.messageIndex(), 2);
+}
+
+void MainWindowTest::refusedLink_raisesTheAlert()
+{
+    WindowedProgram p;
+    p.addFeed(feedA, {u"1"_s});
+    p.launchOnTab(tab::message);
+    p.opener.takes = false;
+    auto *table = p.find<QTableView>(u"msgListView"_s);
+    p.selectRow(table, 0);
+    QTest::keyClick(table, Qt::Key_Return);
+    auto *alert = p.find<QMessageBox>(u"alert"_s);
+    QCOMPARE(alert->text(), localized(u"OpenURLError"_s));
+    QCOMPARE(alert->informativeText(), localized(u"OpenURLErrInfo"_s));
+    QCOMPARE(alert->buttons().constFirst()->text(), localized(u"Understand"_s));
+    QTest::keyClick(alert, Qt::Key_Return);
+    QTRY_COMPARE(p.mainWindow.findChildren<QMessageBox *>().size(), 0);
+}
+
+void MainWindowTest::numberField_opensTheArticleOnDisplay()
+{
+    WindowedProgram p;
+    p.addFeed(feedA, {u"1"_s, u"2"_s});
+    p.launchOnTab(tab::message);
+    auto *field = p.find<RSSTextField>(u"messageNumberText"_s);
+    QTest::mouseDClick(field, Qt::LeftButton);
+    QVERIFY(p.opener.opened.isEmpty()); // nothing is on display
+    p.control.startDispRSS();
+    p.sleep(500ms);
+    QCOMPARE(field->text(), u"1/2"_s);
+    QTest::mouseClick(field, Qt::LeftButton);
+    QVERIFY(p.opener.opened.isEmpty());
+    QTest::mouseDClick(field, Qt::LeftButton);
+    QCOMPARE(p.opener.opened, QStringList{u"http://town/1"_s});
+}
+
+void MainWindowTest::displayedRow_carriesTheMark()
+{
+    WindowedProgram p;
+    p.addFeed(feedA, {u"1"_s, u"2"_s});
+    p.launchOnTab(tab::message);
+    const auto *model = p.find<QTableView>(u"msgListView"_s)->model();
+    const auto marks = [model] {
+        return QStringList{model->index(0, 0).data().toString(),
+                           model->index(1, 0).data().toString()};
+    };
+    QCOMPARE(marks(), (QStringList{u"1"_s, u"2"_s}));
+    p.control.startDispRSS();
+    p.sleep(500ms);
+    QCOMPARE(marks(), (QStringList{u"▶"_s, u"2"_s}));
+    p.sleep(2s);
+    QCOMPARE(marks(), (QStringList{u"1"_s, u"▶"_s}));
+    p.click(u"stopDispButton"_s);
+    QCOMPARE(marks(), (QStringList{u"1"_s, u"2"_s}));
+}
+
+void MainWindowTest::newMessages_areBold()
+{
+    WindowedProgram p;
+    p.addFeed(feedA, {u"1"_s});
+    p.launchOnTab(tab::message);
+    const auto *table = p.find<QTableView>(u"msgListView"_s);
+    QVERIFY(table->model()->index(0, 3).data(Qt::FontRole).value<QFont>().bold());
+    p.control.startReadRSS();
+    p.settle();
+    QVERIFY(!table->model()->index(0, 3).data(Qt::FontRole).value<QFont>().bold());
+}
+
+void MainWindowTest::firstSeenTimes_areSavedAfterDrawing()
+{
+    WindowedProgram p;
+    p.launchOnTab(tab::message, false);
+    Message message;
+    message.headline = u"日時のない見出し"_s;
+    message.date = QString();
+    p.msgList.randomAddObject(message);
+    p.mainThread.drain();
+    p.find(u"msgListView"_s)->grab(); // drawn, in this turn of the event loop
+    const auto stored = [&p] {
+        const UserDefaults store(p.defaults.path());
+        const auto past = store.arrayForKey(u"NoDateMessages"_s);
+        return past && past->size() == 1;
+    };
+    QVERIFY(!stored());
+    QTRY_VERIFY(stored());
+    const auto *model = p.find<QTableView>(u"msgListView"_s)->model();
+    QVERIFY(model->index(0, 1).data().toString().startsWith(u'*'));
+}
+
+void MainWindowTest::columnWidths_areStored()
+{
+    WindowedProgram p;
+    p.addFeed(feedA, {u"1"_s});
+    p.launchOnTab(tab::message);
+    auto *header = p.find<QTableView>(u"msgListView"_s)->horizontalHeader();
+    const QPoint edge(header->sectionViewportPosition(1) - 1, header->height() / 2);
+    const int width = header->sectionSize(0);
+    QTest::mousePress(header->viewport(), Qt::LeftButton, {}, edge);
+    QTest::mouseMove(header->viewport(), edge + QPoint(10, 0));
+    QTest::mouseMove(header->viewport(), edge + QPoint(30, 0));
+    QTest::mouseRelease(header->viewport(), Qt::LeftButton, {}, edge + QPoint(30, 0));
+    QTRY_COMPARE(p.msgList.viewSettings().columnWidths().size(), std::size_t(4));
+    QCOMPARE(p.msgList.viewSettings().columnWidths().front(), double(width + 30));
+}
+
+void MainWindowTest::emptyTable_saysWhatToDo()
+{
+    WindowedProgram p;
+    p.addFeed(feedA, {u"1"_s});
+    p.launchOnTab(tab::message, false);
+    auto *text = p.find<QLabel>(u"noMessagesText"_s);
+    QVERIFY(text->isVisible());
+    QCOMPARE(text->text(), localized(u"NoMessagesYet"_s));
+    p.press(Qt::Key_F5); // as it says
+    QVERIFY(!text->isVisible());
+}
+
+void MainWindowTest::readButton_readsAndShowsTheMessages()
+{
+    WindowedProgram p;
+    p.addFeed(feedA, {u"1"_s, u"2"_s});
+    p.launchOnTab(tab::list, false);
+    QStringList shown;
+    p.loader.onLoad = [&] {
+        p.mainThread.drain();
+        shown << p.find<QLabel>(u"statusText"_s)->text();
+    };
+    p.click(u"getRSSButton"_s);
+    QCOMPARE(shown, QStringList{feedA}); // what is being read stands in the status line
+    QCOMPARE(p.mainWindow.selectedTab(), tab::message);
+    QCOMPARE(p.find<QTableView>(u"msgListView"_s)->model()->rowCount(), 2);
+}
+
+void MainWindowTest::startAndStopButtons_followTheState()
+{
+    WindowedProgram p;
+    p.addFeed(feedA, {u"1"_s, u"2"_s});
+    p.launchOnTab(tab::message, false);
+    const auto *start = p.find<QPushButton>(u"startDispButton"_s);
+    const auto *stop = p.find<QPushButton>(u"stopDispButton"_s);
+    QVERIFY(!start->isEnabled() && !stop->isEnabled()); // nothing to show
+    p.click(u"getRSSButton"_s);
+    QVERIFY(start->isEnabled() && !stop->isEnabled());
+    p.click(u"startDispButton"_s);
+    p.sleep(100ms);
+    QVERIFY(!start->isEnabled() && stop->isEnabled());
+    p.click(u"stopDispButton"_s);
+    QVERIFY(start->isEnabled() && !stop->isEnabled());
+    p.press(Qt::Key_D, Qt::ControlModifier);
+    p.sleep(100ms);
+    QVERIFY(p.control.isDisplayActive());
+    p.press(Qt::Key_Period, Qt::ControlModifier);
+    QVERIFY(!p.control.isDisplayActive());
+}
+
+void MainWindowTest::fontItems_chooseTheFont()
+{
+    WindowedProgram p;
+    p.launchOnTab(tab::message, false);
+    const auto items = p.find<QMenu>(u"fontMenu"_s)->actions();
+    if (items.size() < 2)
+        QSKIP("fewer than two fonts with kanji are installed");
+    for (QAction *item : {items.at(1), items.at(0)}) {
+        item->trigger();
+        QCOMPARE(p.defaults.stringForKey(u"LEDViewFontName"_s), item->data().toString());
+        QVERIFY(item->isChecked());
+    }
+    QVERIFY(!items.at(1)->isChecked());
+}
+
+void MainWindowTest::boarderItems_chooseTheThreshold()
+{
+    WindowedProgram p(true);
+    p.setup.setUseBitmapFont(false);
+    p.launchOnTab(tab::message, false);
+    const auto items = p.find<QMenu>(u"boarderMenu"_s)->actions();
+    QCOMPARE(items.size(), 31);
+    QCOMPARE(items.first()->text(), u"8"_s);
+    QCOMPARE(items.last()->text(), u"248"_s);
+    QVERIFY(items.at(8)->isChecked()); // 72, with which everybody starts
+    Q_EMIT p.find<QMenu>(u"boarderMenu"_s)->aboutToShow();
+    items.at(30)->trigger();
+    QCOMPARE(p.defaults.integerForKey(u"FontBoarderValue"_s), 248);
+    QVERIFY(items.at(30)->isChecked() && !items.at(8)->isChecked());
+}
+
+void MainWindowTest::textMenus_restWithoutUse_data()
+{
+    QTest::addColumn<bool>("withBoard");
+    QTest::addColumn<bool>("bitmapFont");
+    QTest::addColumn<bool>("fonts");
+    QTest::addColumn<bool>("boarders");
+    QTest::newRow("board, bitmap font") << true << true << false << false;
+    QTest::newRow("board, outline font") << true << false << true << true;
+    QTest::newRow("no board, bitmap font") << false << true << true << false;
+    QTest::newRow("no board, outline font") << false << false << true << false;
+}
+
+void MainWindowTest::textMenus_restWithoutUse()
+{
+    QFETCH(bool, withBoard);
+    QFETCH(bool, bitmapFont);
+    QFETCH(bool, fonts);
+    QFETCH(bool, boarders);
+    WindowedProgram p(withBoard);
+    p.launchOnTab(tab::message, false);
+    p.setup.setUseBitmapFont(bitmapFont);
+    for (const auto &[name, enabled] :
+         {std::pair{u"fontMenu"_s, fonts}, std::pair{u"boarderMenu"_s, boarders}}) {
+        auto *menu = p.find<QMenu>(name);
+        Q_EMIT menu->aboutToShow();
+        for (const QAction *item : menu->actions())
+            QCOMPARE(item->isEnabled(), enabled);
+    }
+}
+
+void MainWindowTest::statusLine_saysThatTheStoreCannotBeSaved()
+{
+    WindowedProgram p;
+    p.launchOnTab(tab::message, false);
+    const auto *status = p.find<QLabel>(u"statusText"_s);
+    QCOMPARE(status->text(), QString());
+    QVERIFY(!p.find(u"statusWarning"_s)->isVisible());
+    QVERIFY(QDir(p.folder.path()).removeRecursively());
+    QFile inTheWay(p.folder.path());
+    QVERIFY(inTheWay.open(QIODevice::WriteOnly));
+    p.press(Qt::Key_Plus, Qt::ControlModifier);
+    QVERIFY(!p.defaults.lastError().isEmpty());
+    QTRY_COMPARE(status->text(), p.defaults.lastError());
+    QVERIFY(p.find(u"statusWarning"_s)->isVisible());
+    QVERIFY(inTheWay.remove());
+    p.press(Qt::Key_Plus, Qt::ControlModifier);
+    QTRY_COMPARE(status->text(), QString()); // mended
+}
+
+void MainWindowTest::statusLine_countsFailedFeeds()
+{
+    WindowedProgram p;
+    p.addFeed(feedA, {u"1"_s});
+    p.addFeed(u"http://town/b"_s, {});
+    p.loader.remove(u"http://town/b"_s);
+    p.launchOnTab(tab::message);
+    QVERIFY(p.find<QLabel>(u"statusText"_s)->text().startsWith(u"1 件の RSS"_s));
+    p.loader.serve(u"http://town/b"_s, {u"2"_s});
+    p.press(Qt::Key_F5);
+    QCOMPARE(p.find<QLabel>(u"statusText"_s)->text(), QString());
+}
+
+void MainWindowTest::closing_hidesWhereThereIsATray()
+{
+    WindowedProgram p;
+    p.addFeed(feedA, {u"1"_s});
+    p.launchOnTab(tab::message);
+    p.control.startDispRSS();
+    p.mainWindow.setHidesWhenClosed([] { return true; });
+    closeAsUser(p.mainWindow);
+    QVERIFY(!p.mainWindow.isVisible());
+    p.sleep(500ms);
+    QVERIFY(p.control.isDisplayActive()); // the sign goes on
+    p.control.applicationShouldHandleReopen();
+    QVERIFY(p.mainWindow.isVisible());
+    p.control.applicationShouldHandleReopen();
+    QVERIFY(!p.mainWindow.isVisible());
+}
+
+void MainWindowTest::closing_quitsWhereThereIsNone()
+{
+    WindowedProgram p;
+    p.addFeed(feedA, {u"1"_s});
+    p.launchOnTab(tab::message);
+    p.control.startDispRSS();
+    p.mainWindow.setHidesWhenClosed([] { return false; });
+    closeAsUser(p.mainWindow);
+    QVERIFY(!p.control.isDisplayActive());
+    QVERIFY(p.clock.sleepsEnded());
+    QVERIFY(!p.mainWindow.isVisible() && !p.ledWindow.isVisible());
+}
+
+void MainWindowTest::secondLaunch_bringsUpAHiddenWindow()
+{
+    WindowedProgram p;
+    p.launchOnTab(tab::message, false);
+    p.mainWindow.showMinimized();
+    p.control.secondLaunch();
+    QVERIFY(p.mainWindow.isVisible() && !p.mainWindow.isMinimized());
+    p.mainWindow.hide();
+    p.control.secondLaunch();
+    QVERIFY(p.mainWindow.isVisible());
+}
+
+void MainWindowTest::startupWindow_isGoneAfterTheLaunch()
+{
+    WindowedProgram p;
+    p.mainWindow.showStartupWindow();
+    auto *startup = p.find(u"startupWindow"_s);
+    QVERIFY(startup->isVisible());
+    const QPoint middle = startup->screen()->availableGeometry().center();
+    QVERIFY((startup->geometry().center() - middle).manhattanLength() <= 8);
+    p.mainWindow.closeStartupWindow();
+    QVERIFY(p.mainWindow.isHidden());
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    for (const QWidget *window : QApplication::topLevelWidgets())
+        QVERIFY(window->objectName() != u"startupWindow"_s);
+}
+
+void MainWindowTest::about_opensAndCloses()
+{
+    WindowedProgram p;
+    p.launchOnTab(tab::list, false);
+    p.item(u"actAbout"_s)->trigger();
+    auto *about = p.find<QMessageBox>(u"aboutDialog"_s);
+    QVERIFY(about->isVisible());
+    QVERIFY(about->text().startsWith(u"QoVelmorRSS"_s));
+    QTest::keyClick(about, Qt::Key_Return);
+    QTRY_COMPARE(p.mainWindow.findChildren<QMessageBox *>().size(), 0);
+}
+
+QTEST_MAIN(MainWindowTest)
+#include "mainwindow_test.moc"
