@@ -32,8 +32,29 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-constexpr int groupsInLeftColumn = 2;   // of two columns; they are about as high as the other four
+constexpr int groupsInLeftColumn = 3;   // of two columns; they are about as high as the others
 constexpr int spaceBetweenColumns = 30; // with the margins of the page
+
+bool takesTab(const QWidget &control)
+{
+    return (control.focusPolicy() & Qt::TabFocus) != 0;
+}
+
+/// The Tab key goes through the controls of `group` after those of `before`.
+void setTabOrderAfter(const QWidget &before, const QWidget &group)
+{
+    QWidget *last = nullptr;
+    for (QWidget *control : before.findChildren<QWidget *>()) {
+        if (takesTab(*control))
+            last = control;
+    }
+    for (QWidget *control : group.findChildren<QWidget *>()) {
+        if (!takesTab(*control))
+            continue;
+        QWidget::setTabOrder(last, control);
+        last = control;
+    }
+}
 
 } // namespace
 
@@ -90,6 +111,7 @@ void SettingsView::addGroup(QWidget *group)
     const auto display = std::find(shownGroups_.begin(), shownGroups_.end(), display_);
     shownGroups_.insert(std::next(display), group);
     putGroups();
+    setTabOrderAfter(*display_, *group);
 }
 
 void SettingsView::arrangeGroups()

@@ -296,6 +296,7 @@ void RSSTimerTest::moves_areAPermutation()
     QRandomGenerator random(seed);
     ScheduleParts parts;
     std::vector<TMRData> timers;
+    timers.reserve(12);
     for (int i = 0; i < 12; ++i)
         timers.push_back(namedTimer(QString::number(i)));
     parts.start(timers);

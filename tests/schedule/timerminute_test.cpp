@@ -230,6 +230,7 @@ void TimerMinuteTest::everyMinuteOfAYear_firesOnce()
 
     // A hundred timers over a hundred days; the platform's timer is late, early and doubled.
     std::vector<TMRData> timers;
+    timers.reserve(100);
     for (int i = 0; i < 100; ++i)
         timers.push_back(dailyTimer(random.bounded(1440), startDisplay, QString::number(i)));
     ScheduleParts parts({2026, 2, 1, 0, 0, 30, 0});

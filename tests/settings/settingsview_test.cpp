@@ -4,12 +4,14 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QSlider>
 #include <QSpinBox>
+#include <QVBoxLayout>
 
 using namespace qovelmor;
 using namespace Qt::Literals::StringLiterals;
@@ -36,6 +38,7 @@ private Q_SLOTS:
 
     // The page.
     void controls_haveNamesAndAnOrder();
+    void addedGroup_standsAfterTheDisplay();
     void mnemonics_areUnique();
     void columns_followTheWidth_data();
     void columns_followTheWidth();
@@ -341,6 +344,28 @@ void SettingsViewTest::controls_haveNamesAndAnOrder()
         u"playFinishSound"_s, u"finishSoundName"_s, u"playArrivalSound"_s, u"arrivalSoundName"_s,
         u"playSoundVolume"_s, u"desigBrowser"_s,    u"actSelectBrowser"_s, u"actDefaultBrowser"_s};
     QCOMPARE(order, expected);
+}
+
+void SettingsViewTest::addedGroup_standsAfterTheDisplay()
+{
+    SettingsTab tab;
+    tab.start();
+    auto *group = new QGroupBox;
+    auto *layout = new QVBoxLayout(group);
+    auto *first = new QCheckBox(u"1"_s);
+    auto *second = new QCheckBox(u"2"_s);
+    layout->addWidget(first);
+    layout->addWidget(second);
+    tab.view->addGroup(group);
+    QTRY_VERIFY(first->isVisible());
+
+    tab.control(u"lightLEDColor"_s).setFocus();
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    QCOMPARE(QApplication::focusWidget(), first);
+    QTest::keyClick(first, Qt::Key_Tab);
+    QCOMPARE(QApplication::focusWidget(), second);
+    QTest::keyClick(second, Qt::Key_Tab);
+    QCOMPARE(QApplication::focusWidget()->objectName(), u"dontShowOlder"_s);
 }
 
 void SettingsViewTest::mnemonics_areUnique()
