@@ -70,9 +70,6 @@ MainMenu::MainMenu(QMenuBar &bar, VelmorRSS &control, MessageList &msgList)
                            &VelmorRSS::actOpenLEDWindow});
 
     QMenu *help = addMenu(bar, u"helpMenu"_s, u"MenuHelp"_s);
-    QAction *guide = addPlainItem(*help, u"actGuide"_s, u"MenuGuide"_s);
-    guide->setShortcut(Qt::Key_F1);
-    connect(guide, &QAction::triggered, this, &MainMenu::guideRequested);
     QAction *about = addPlainItem(*help, u"actAbout"_s, u"MenuAbout"_s);
     connect(about, &QAction::triggered, this, &MainMenu::aboutRequested);
 }

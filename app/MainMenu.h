@@ -41,7 +41,6 @@ public:
 
 Q_SIGNALS:
     void aboutRequested();
-    void guideRequested();
 
 private:
     struct Item;

@@ -8,6 +8,7 @@
 #include "platform/Localization.h"
 #include "platform/UserDefaults.h"
 
+#include <QAction>
 #include <QCloseEvent>
 #include <QSplitter>
 #include <QVBoxLayout>
@@ -57,6 +58,12 @@ LEDWindow::LEDWindow(OnScreenBoard &board, UserDefaults &defaults, QWidget *pare
 
     connect(boardView_, &OnScreenBoardView::doubleClicked, this, &LEDWindow::boardDoubleClicked);
     connect(splitter_, &QSplitter::splitterMoved, this, &LEDWindow::storePlaceLater);
+    addItem(u"actOpenMessageOnDisplay"_s, u"LEDWindowOpenItem"_s, {Qt::Key_Return},
+            &LEDWindow::boardDoubleClicked);
+    addItem(u"actCloseLEDWindow"_s, u"MenuCloseLEDWindow"_s,
+            {Qt::CTRL | Qt::Key_W, Qt::CTRL | Qt::Key_L}, &LEDWindow::closeRequested);
+    boardView_->addActions(actions());
+    boardView_->setContextMenuPolicy(Qt::ActionsContextMenu);
     settled_.setSingleShot(true);
     settled_.setInterval(settleTime);
     connect(&settled_, &QTimer::timeout, this, &LEDWindow::storePlace);
@@ -66,6 +73,17 @@ LEDWindow::~LEDWindow()
 {
     if (isVisible())
         storePlace();
+}
+
+// What the mouse does on the sign can be done by keys and by its menu too.
+void LEDWindow::addItem(const QString &name, const QString &textKey,
+                        const QList<QKeySequence> &keys, void (LEDWindow::*request)())
+{
+    auto *item = new QAction(localized(textKey), this);
+    item->setObjectName(name);
+    item->setShortcuts(keys);
+    connect(item, &QAction::triggered, this, request);
+    addAction(item);
 }
 
 bool LEDWindow::isDrawerOpen() const

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QKeySequence>
+#include <QList>
 #include <QRect>
 #include <QTimer>
 #include <QWidget>
@@ -52,6 +54,8 @@ protected:
     void resizeEvent(QResizeEvent *event) override;
 
 private:
+    void addItem(const QString &name, const QString &textKey, const QList<QKeySequence> &keys,
+                 void (LEDWindow::*request)());
     int heightOfOpenDrawer() const;
     void noteDrawerHeight();
     void restorePlace();
