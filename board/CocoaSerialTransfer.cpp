@@ -242,10 +242,12 @@ std::optional<QString> CocoaSerialPort::receiveStringUntilEOSWithSkip(int skip)
             reopen();
             return std::nullopt;
         }
-        const QString text = decodeShiftJis(bytes);
-        if (countEOSWithString(text) > skip) {
-            lineIsFree();
-            return text;
+        if (bytes.count("Ok.") > skip) { // else nothing has to be decoded yet
+            const QString text = decodeShiftJis(bytes);
+            if (countEOSWithString(text) > skip) {
+                lineIsFree();
+                return text;
+            }
         }
         waitForBytes(watch.end() + std::chrono::milliseconds(1), 0);
     }

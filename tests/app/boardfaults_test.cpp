@@ -7,6 +7,10 @@
 #include <QGuiApplication>
 #include <QTest>
 
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+
 using namespace qovelmor;
 using namespace qovelmor::simboard;
 using namespace Qt::Literals::StringLiterals;
@@ -97,6 +101,8 @@ class BoardFaultsTest : public QObject
 
 private Q_SLOTS:
     void initTestCase();
+    void boardThatAppearsLater_isUsedAtTheNextStart();
+    void portThatAnotherProgramHolds_isSaidAndTheScreenUsed();
     void faultAtLaunch_data();
     void faultAtLaunch();
     void faultDuringALine_data();
@@ -132,6 +138,50 @@ void BoardFaultsTest::endInOrder(RunningProgram &program) const
     QVERIFY2(program.logBook().endsWith(u" システム:QoVelmarRSS終了\n"_s),
              qPrintable(program.logBook()));
     QVERIFY(program.isStoreWhole());
+}
+
+void BoardFaultsTest::boardThatAppearsLater_isUsedAtTheNextStart()
+{
+    QTemporaryDir folder;
+    const QString link = folder.filePath(u"board"_s);
+    RunningProgram program;
+    program.addFeed(server_.address("/town"), u"町"_s, 2);
+    program.set(u"DisplayAuto"_s, true);
+    program.setBoard(link.toStdString());
+    QVERIFY(program.start());
+    QTRY_VERIFY2_WITH_TIMEOUT(linesShown(program) >= 1, qPrintable(program.logBook()), happensSoon);
+    QVERIFY(program.logBook().contains(u"シリアルポートのオープンに失敗"_s));
+    QVERIFY(program.output().contains("が接続されていません。"));
+    const auto board = makeBoard({}, link);
+    QVERIFY(board);
+    const qsizetype shown = linesShown(program);
+    QTRY_VERIFY_WITH_TIMEOUT(linesShown(program) > shown, happensSoon); // undisturbed
+    endInOrder(program);
+    QCOMPARE(board->view().linesReceived, std::size_t{0});
+
+    QVERIFY(program.start());
+    QVERIFY(board->waitUntil(isScrolling, 20s));
+    endInOrder(program);
+}
+
+void BoardFaultsTest::portThatAnotherProgramHolds_isSaidAndTheScreenUsed()
+{
+    const auto board = makeBoard({});
+    QVERIFY(board);
+    const int other = ::open(board->path().c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC);
+    QVERIFY(other >= 0);
+    QCOMPARE(::flock(other, LOCK_EX | LOCK_NB), 0);
+    RunningProgram program;
+    prepare(program, *board);
+    QVERIFY(program.start());
+    QTRY_VERIFY2_WITH_TIMEOUT(linesShown(program) >= 1, qPrintable(program.logBook()), happensSoon);
+    QVERIFY(program.logBook().contains(u"シリアルポートのオープンに失敗"_s));
+    const QByteArray output = program.output();
+    QVERIFY2(output.contains("Device or resource busy(16)"), output.constData());
+    QVERIFY2(output.contains("他のプログラムが使用中です。"), output.constData());
+    endInOrder(program);
+    QCOMPARE(board->view().linesReceived, std::size_t{0});
+    ::close(other);
 }
 
 // At launch: a board that does not answer the first question is none, and the lines go to the

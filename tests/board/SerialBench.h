@@ -22,6 +22,12 @@ inline constexpr PortLimits shortLimits{.receiveWatch = std::chrono::millisecond
                                         .pollStep = std::chrono::milliseconds(20),
                                         .sendSlack = std::chrono::milliseconds(200)};
 
+/// Where the time-out must not be met, however late a thread gets to run.
+inline constexpr PortLimits patientLimits{.receiveWatch = std::chrono::seconds(20),
+                                          .receiveStringWatch = std::chrono::seconds(20),
+                                          .pollStep = std::chrono::milliseconds(20),
+                                          .sendSlack = std::chrono::seconds(20)};
+
 /// The look-up finds these devices.
 inline CocoaSerialPort::DeviceLookup listing(const QList<QByteArray> &paths)
 {

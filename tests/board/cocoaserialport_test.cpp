@@ -258,7 +258,7 @@ void CocoaSerialPortTest::sendEffectiveString_emptiesTheQueueFirst()
 // A line that takes nothing for the moment loses no byte.
 void CocoaSerialPortTest::send_waitsForRoom()
 {
-    SerialBench b;
+    SerialBench b(patientLimits);
     const QString text(60'000, u'x');
     QByteArray arrived;
     std::thread reader([&] {

@@ -180,7 +180,7 @@ void SerialLossTest::endOfTheProgram_oneSilentExchangeIsWaitedFor()
 
 void SerialLossTest::endOfTheProgram_anAnswerInTimeIsStillRead()
 {
-    SerialBench b;
+    SerialBench b(patientLimits);
     b.clock.endSleeps();
     for (int round = 0; round < 3; ++round) {
         const LateSender sender(b.far, 30ms, "D 1\r\nOk.");

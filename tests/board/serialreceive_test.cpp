@@ -40,7 +40,7 @@ private Q_SLOTS:
 
 void SerialReceiveTest::receiveChar_givesTheNextByte()
 {
-    SerialBench b;
+    SerialBench b(patientLimits);
     const LateSender sender(b.far, 50ms, "ab");
     QCOMPARE(b.port.receiveChar(), quint8('a'));
     QTRY_COMPARE(b.port.bufferCount(), 1);
@@ -58,7 +58,7 @@ void SerialReceiveTest::receiveChar_timesOut()
 
 void SerialReceiveTest::receiveBuffer_givesAtMost1023Bytes()
 {
-    SerialBench b;
+    SerialBench b(patientLimits);
     b.arrive(QByteArray(1500, 'x'));
     QCOMPARE(b.port.receiveBuffer()->size(), 1023);
     QCOMPARE(b.port.receiveBuffer()->size(), 477);
@@ -95,7 +95,7 @@ void SerialReceiveTest::receiveString_onAnEmptyQueue_isEmptyAtOnce()
 
 void SerialReceiveTest::receiveString_readsShiftJis()
 {
-    SerialBench b;
+    SerialBench b(patientLimits);
     b.arrive(QByteArray(2000, 'x') + "\x83\x41");
     QCOMPARE(b.port.receiveString(), std::optional(QString(2000, u'x') + u'ア'));
 }
@@ -119,7 +119,7 @@ void SerialReceiveTest::receiveString_watch()
 
 void SerialReceiveTest::receiveStringWhilein_waitsThatLong()
 {
-    SerialBench b;
+    SerialBench b(patientLimits);
     const LateSender sender(b.far, 30ms, "V 1.0\r\n");
     const auto start = steady_clock::now();
     QCOMPARE(b.port.receiveStringWhilein(0.3), std::optional(u"V 1.0\r\n"_s));
@@ -128,7 +128,7 @@ void SerialReceiveTest::receiveStringWhilein_waitsThatLong()
 
 void SerialReceiveTest::receiveStringMorethan_waitsForTheCount()
 {
-    SerialBench b;
+    SerialBench b(patientLimits);
     b.arrive("abc");
     const LateSender sender(b.far, 50ms, "defg");
     QCOMPARE(b.port.receiveStringMorethan(7), std::optional(u"abcdefg"_s));
@@ -154,7 +154,7 @@ void SerialReceiveTest::receiveStringMorethan_watchEndsLongWaits()
 
 void SerialReceiveTest::untilEOS_waitsForTheLastMark()
 {
-    SerialBench b;
+    SerialBench b(patientLimits);
     b.arrive("D 1\r\nOk.\r\n");
     const LateSender sender(b.far, 60ms, "D 2\r\nOk.");
     QCOMPARE(b.port.receiveStringUntilEOSWithSkip(1), std::optional(u"D 1\r\nOk.\r\nD 2\r\nOk."_s));
@@ -162,7 +162,7 @@ void SerialReceiveTest::untilEOS_waitsForTheLastMark()
 
 void SerialReceiveTest::untilEOS_marksCutInTwo()
 {
-    SerialBench b;
+    SerialBench b(patientLimits);
     b.arrive("D \x83");
     const LateSender sender(b.far, 40ms, "\x41 O");
     const LateSender second(b.far, 80ms, "k.");
@@ -202,7 +202,7 @@ void SerialReceiveTest::untilEOS_receiveStringThatTimesOut_isError2()
 
 void SerialReceiveTest::untilEOS_seesAByteWithinTwoMilliseconds()
 {
-    SerialBench b(PortLimits{});
+    SerialBench b(patientLimits);
     std::vector<double> milliseconds;
     for (int round = 0; round < 41; ++round) {
         std::atomic<steady_clock::time_point> sent{};
