@@ -11,7 +11,6 @@
 #include "tests/support/StdoutCapture.h"
 
 #include <benchmark/benchmark.h>
-
 #include <time.h>
 
 #include <algorithm>
