@@ -39,6 +39,8 @@ public:
     RSSTimer &operator=(const RSSTimer &) = delete;
 
     void setWindow(TimerWindow &window) { window_ = &window; }
+    /// Before the window goes.
+    void removeWindow() { window_ = &noWindow_; }
 
     /// Start-up: reads the timers and, when the schedule is in use, starts the minute timer.
     void awakeFromNibx();

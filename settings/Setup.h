@@ -47,6 +47,8 @@ public:
     /// Where changes of the text's width and start-up notes go. To be set before awakeFromNibx().
     void setMsgList(MessageOutput &output) { msgList_ = &output; }
     void setWindow(SettingsWindow &window) { window_ = &window; }
+    /// Before the window goes.
+    void removeWindow() { window_ = &noWindow_; }
 
     /// Start-up: reads the settings, opens the log, finds and configures the board.
     void awakeFromNibx();

@@ -62,6 +62,11 @@ TimerView::TimerView(RSSTimer &schedule)
     schedule_.renewalControls();
 }
 
+TimerView::~TimerView()
+{
+    schedule_.removeWindow();
+}
+
 // Building. -----------------------------------------------------------------------------------
 
 QWidget *TimerView::createButtonRow()

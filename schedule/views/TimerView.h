@@ -26,6 +26,7 @@ class TimerView final : public QWidget, public TimerWindow
 public:
     /// The schedule outlives the window.
     explicit TimerView(RSSTimer &schedule);
+    ~TimerView() override;
 
     int selectedRow() const override;
     void setColumnWidth(int column, double points) override;

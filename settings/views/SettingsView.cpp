@@ -75,6 +75,11 @@ SettingsView::SettingsView(Setup &setup, SerialDeviceNotifier &devices)
     setup_.setWindow(*this);
 }
 
+SettingsView::~SettingsView()
+{
+    setup_.removeWindow();
+}
+
 // The page. -----------------------------------------------------------------------------------
 
 void SettingsView::createPage()

@@ -31,6 +31,7 @@ class SettingsView final : public QWidget, public SettingsWindow
 public:
     /// Both outlive the view. `devices` tells when the port menu is to be renewed.
     SettingsView(Setup &setup, SerialDeviceNotifier &devices);
+    ~SettingsView() override;
 
     /// One more group, made by somebody else, after the group of the display. It renews itself.
     void addGroup(QWidget *group);

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "FeedListDesk.h"
+#include "tests/support/DraggingHand.h"
 
 #include <QDrag>
 #include <QMouseEvent>
-#include <QTimer>
 
 using namespace qovelmor;
 using namespace Qt::Literals::StringLiterals;
@@ -45,42 +45,6 @@ protected:
     }
 };
 
-/// A hand that presses, moves in small steps and lets go. The drag runs an event loop of its own
-/// inside one of the moves, so each step is on its way before the one in front of it is done.
-class Hand
-{
-public:
-    void drag(QWidget &source, QPoint from, QWidget &target, QPoint to)
-    {
-        window_ = source.window()->windowHandle();
-        start_ = source.mapTo(source.window(), from);
-        end_ = source.window()->mapFromGlobal(target.mapToGlobal(to));
-        QTest::mousePress(window_, Qt::LeftButton, {}, start_);
-        step(1);
-        QTRY_VERIFY(isDone_);
-    }
-
-private:
-    void step(int number)
-    {
-        // The last steps stay where they are until the server has said what is there.
-        if (number < moves + 5)
-            QTimer::singleShot(20, [this, number] { step(number + 1); });
-        if (number <= moves) {
-            QTest::mouseMove(window_, start_ + (end_ - start_) * number / moves);
-        } else if (number == moves + 5) {
-            isDone_ = true;
-            QTest::mouseRelease(window_, Qt::LeftButton, {}, end_);
-        }
-    }
-
-    static constexpr int moves = 12;
-    QWindow *window_ = nullptr;
-    QPoint start_;
-    QPoint end_;
-    bool isDone_ = false;
-};
-
 } // namespace
 
 void FeedDragTest::initTestCase()
@@ -106,8 +70,8 @@ void FeedDragTest::rowIsDragged()
     QFETCH(int, target);
     QFETCH(QString, letters);
     FeedListDesk desk(u"abcd"_s);
-    Hand().drag(*desk.table().viewport(), desk.pointIn(from, FeedTableModel::Name),
-                *desk.table().viewport(), desk.placeAbove(target));
+    DraggingHand().drag(*desk.table().viewport(), desk.pointIn(from, FeedTableModel::Name),
+                        *desk.table().viewport(), desk.placeAbove(target));
     desk.settle();
     QTRY_COMPARE(desk.storedLetters(), letters);
     QCOMPARE(desk.table().model()->rowCount(), 4); // no row is taken away by the view
@@ -136,7 +100,8 @@ void FeedDragTest::textIsDraggedIn()
     QVERIFY(QTest::qWaitForWindowExposed(&link));
     desk.settle();
 
-    Hand().drag(link, {20, 20}, *desk.table().viewport(), desk.placeAbove(1) + QPoint(0, 2));
+    DraggingHand().drag(link, {20, 20}, *desk.table().viewport(),
+                        desk.placeAbove(1) + QPoint(0, 2));
     desk.settle();
     QTRY_COMPARE(desk.storedLetters(), letters);
     QCOMPARE(desk.statusLine.size(), text.startsWith(u"https") ? 1 : 0);
