@@ -10,6 +10,7 @@
 
 #include <QAction>
 #include <QCloseEvent>
+#include <QScreen>
 #include <QSplitter>
 #include <QVBoxLayout>
 
@@ -97,12 +98,22 @@ void LEDWindow::setDrawerOpen(bool open)
         return;
     if (!open)
         noteDrawerHeight();
+    else if (isPlaced_)
+        drawerHeight_ = std::min(drawerHeight_, roomBelow());
     const int boardHeight = height();
     ledDrawer_->setVisible(open);
     if (!isMaximized() && !isFullScreen())
         resize(width(), height() + (open ? heightOfOpenDrawer() : -heightOfOpenDrawer()));
     if (open)
         splitter_->setSizes({boardHeight, drawerHeight_});
+}
+
+// A panel that reached below the screen would make the window manager push the sign up, under
+// whatever stands there.
+int LEDWindow::roomBelow() const
+{
+    const int edge = screen()->availableGeometry().bottom() - frameAllowance.width();
+    return std::max(lowestDrawer, edge - geometry().bottom() - splitter_->handleWidth());
 }
 
 int LEDWindow::heightOfOpenDrawer() const

@@ -56,6 +56,7 @@ protected:
 private:
     void addItem(const QString &name, const QString &textKey, const QList<QKeySequence> &keys,
                  void (LEDWindow::*request)());
+    int roomBelow() const;
     int heightOfOpenDrawer() const;
     void noteDrawerHeight();
     void restorePlace();

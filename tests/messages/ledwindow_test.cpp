@@ -7,8 +7,10 @@
 #include "platform/UserDefaults.h"
 #include "tests/messages/ScreenSettings.h"
 
+#include <QAction>
 #include <QCloseEvent>
 #include <QPlainTextEdit>
+#include <QScreen>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -74,6 +76,8 @@ private Q_SLOTS:
     void userCloseBecomesASignal();
     void programCloseCloses();
     void drawerGrowsTheWindow();
+    void drawerStaysOnTheScreen();
+    void keysDoWhatTheMouseDoes();
     void descriptionIsPlainText();
     void placeIsRemembered_data();
     void placeIsRemembered();
@@ -206,6 +210,36 @@ void LEDWindowTest::drawerGrowsTheWindow()
     QCoreApplication::processEvents();
     QCOMPARE(window->size(), before);
     QCOMPARE(window->boardView().size(), board);
+}
+
+void LEDWindowTest::drawerStaysOnTheScreen()
+{
+    Desk desk;
+    const auto window = desk.shownWindow();
+    const QRect screen = window->screen()->availableGeometry();
+    window->move(0, screen.bottom() - window->height() - 80); // less room than the panel wants
+    QCoreApplication::processEvents();
+    window->setDrawerOpen(true);
+    QCoreApplication::processEvents();
+    QVERIFY(window->geometry().bottom() <= screen.bottom());
+    QVERIFY(window->height() >= 128 + 48);
+}
+
+void LEDWindowTest::keysDoWhatTheMouseDoes()
+{
+    Desk desk;
+    const auto window = desk.shownWindow();
+    window->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(window.get()));
+    QSignalSpy article(window.get(), &LEDWindow::boardDoubleClicked);
+    QSignalSpy closing(window.get(), &LEDWindow::closeRequested);
+    QTest::keyClick(window.get(), Qt::Key_Return);
+    QCOMPARE(article.count(), 1);
+    QTest::keyClick(window.get(), Qt::Key_W, Qt::ControlModifier);
+    QTest::keyClick(window.get(), Qt::Key_L, Qt::ControlModifier);
+    QCOMPARE(closing.count(), 2);
+    QCOMPARE(window->boardView().contextMenuPolicy(), Qt::ActionsContextMenu);
+    QCOMPARE(window->boardView().actions().size(), 2);
 }
 
 void LEDWindowTest::descriptionIsPlainText()
