@@ -28,7 +28,8 @@ std::optional<QUrl> checkedLink(const QString &text)
     const QUrl url(trimmed, QUrl::StrictMode);
     const QString scheme = url.scheme();
     if (!url.isValid() || (scheme != u"http"_s && scheme != u"https"_s) || url.host().isEmpty() ||
-        !url.userInfo(QUrl::FullyEncoded).isEmpty() || url.authority().contains(u'@'))
+        !url.userInfo(QUrl::FullyEncoded).isEmpty() || url.authority().contains(u'@') ||
+        url.toEncoded().size() > longestLink) // a character takes up to twelve bytes on its way
         return std::nullopt;
     return url;
 }

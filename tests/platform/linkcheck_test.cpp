@@ -79,6 +79,7 @@ void LinkCheckTest::everythingElseIsRefused_data()
     row("port no number", u"http://example.com:x/"_s);
     row("broken percent", u"http://example.com/%zz"_s);
     row("broken IPv6", u"http://[::1/"_s);
+    row("too long on its way", u"http://a/"_s + QString(1000, u'語'));
     row("one too long", u"http://a/"_s + QString(8184, u'x'));
 }
 

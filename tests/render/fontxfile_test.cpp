@@ -67,6 +67,7 @@ private Q_SLOTS:
     void wrongFiles_data();
     void wrongFiles();
     void anyBytes_neverReadOutside();
+    void cutAnywhere_everyGlyphHasItsSize();
     void load_missingFileIsEmptyAndSilent();
     void load_badFileSaysSoOnce();
     void load_hugeFileIsCut();
@@ -191,6 +192,22 @@ void FontxFileTest::anyBytes_neverReadOutside()
             QCOMPARE(glyph.size(), FontxFile::wordGlyphSize);
             // Reading every byte lets the address sanitizer see a view that reaches outside.
             QVERIFY(std::count(glyph.begin(), glyph.end(), '\0') <= glyph.size());
+        }
+    }
+}
+
+void FontxFileTest::cutAnywhere_everyGlyphHasItsSize()
+{
+    const QByteArray whole = wordFont({{0x8140, 0x8144}, {0x889f, 0x88a2}}, 9);
+    for (qsizetype size = 0; size < whole.size(); ++size) {
+        for (const Kind kind : {Kind::SingleByte, Kind::DoubleByte}) {
+            QString problem;
+            const FontxFile font(kind, whole.first(size), &problem);
+            QVERIFY2(!problem.isEmpty(), qPrintable(QString::number(size)));
+            for (const int code : {0, 0x41, 255, 0x8140, 0x8144, 0x88a2, 0xffff}) {
+                QCOMPARE(font.byteGlyph(code).size(), 16);
+                QCOMPARE(font.wordGlyph(code).size(), 32);
+            }
         }
     }
 }
