@@ -353,10 +353,10 @@ void MainWindow::showNotice(const QString &text)
     statusRow_->showNotice(text);
 }
 
-void MainWindow::showFetching(const QString &sentence)
+void MainWindow::showFetching(const QString &address, const QString &sentence)
 {
     if (startupWindow_ != nullptr)
-        startupWindow_->showAddress(sentence);
+        startupWindow_->showAddress(address);
     statusRow_->showFetching(sentence);
 }
 

@@ -57,7 +57,7 @@ public:
 
     /// A sentence in the status line; see StatusRow.
     void showNotice(const QString &text);
-    void showFetching(const QString &sentence);
+    void showFetching(const QString &address, const QString &sentence);
 
     void showStartupWindow() override;
     void closeStartupWindow() override;

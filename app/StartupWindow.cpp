@@ -36,10 +36,10 @@ StartupWindow::StartupWindow() : QWidget(nullptr, Qt::SplashScreen), accessField
     move(screen()->availableGeometry().center() - rect().center());
 }
 
-void StartupWindow::showAddress(const QString &sentence)
+void StartupWindow::showAddress(const QString &address)
 {
     const QFontMetrics metrics = accessField_->fontMetrics();
-    accessField_->setText(metrics.elidedText(sentence, Qt::ElideMiddle, accessField_->width()));
+    accessField_->setText(metrics.elidedText(address, Qt::ElideMiddle, accessField_->width()));
     accessField_->repaint();
 }
 

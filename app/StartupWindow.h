@@ -15,8 +15,8 @@ class StartupWindow final : public QWidget
 public:
     StartupWindow();
 
-    /// What the start waits for, at once on the screen.
-    void showAddress(const QString &sentence);
+    /// The feed that the start has come to, at once on the screen.
+    void showAddress(const QString &address);
 
 private:
     QLabel *accessField_;

@@ -5,6 +5,7 @@
 #include "platform/Localization.h"
 #include "platform/views/Confirmation.h"
 
+#include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QStandardPaths>
@@ -15,13 +16,22 @@ namespace qovelmor {
 
 using namespace Qt::Literals::StringLiterals;
 
-AddressFilePanel::AddressFilePanel(QWidget &parent)
-    : parent_(parent), folder_(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation))
-{}
+namespace {
+
+/// The user's documents; they may have been moved away, or never have been made.
+QString firstFolder()
+{
+    const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    return QDir(documents).exists() ? documents : QDir::homePath();
+}
+
+} // namespace
 
 void AddressFilePanel::open(Direction direction, const FeedFilePanel &panel, Chosen chosen)
 {
     const bool isLoad = direction == Direction::Load;
+    if (folder_.isEmpty() || !QDir(folder_).exists())
+        folder_ = firstFolder();
     auto *dialog = new QFileDialog(&parent_, panel.title, folder_);
     dialog->setObjectName(isLoad ? u"loadURLPanel"_s : u"saveURLPanel"_s);
     dialog->setAttribute(Qt::WA_DeleteOnClose);

@@ -16,7 +16,7 @@ class AddressFilePanel
 public:
     using Chosen = std::function<void(const QString &path)>;
 
-    explicit AddressFilePanel(QWidget &parent);
+    explicit AddressFilePanel(QWidget &parent) : parent_(parent) {}
 
     void openForLoad(const FeedFilePanel &panel, Chosen chosen);
     /// A file that would be replaced although another name was typed is asked about first: the

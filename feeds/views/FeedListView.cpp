@@ -221,7 +221,7 @@ void FeedListView::showAddressBeingFetched(const QString &address)
     }
     if (addressPanel_ && addressPanel_->isVisible())
         addressPanel_->showFetching(sentence);
-    Q_EMIT addressBeingFetched(sentence);
+    Q_EMIT addressBeingFetched(forWindow(address), sentence);
 }
 
 void FeedListView::showFetchProgress(int number, int total)

@@ -48,8 +48,8 @@ public:
 Q_SIGNALS:
     /// A sentence for the status line of the main window; empty takes the last one away.
     void statusChanged(const QString &text);
-    /// What the program waits for while it fetches a feed's name; empty when that is over.
-    void addressBeingFetched(const QString &address);
+    /// A feed's name is being fetched; the sentence says so. Both are empty when that is over.
+    void addressBeingFetched(const QString &address, const QString &sentence);
 
 private:
     using Command = void (FeedListActions::*)();

@@ -4,11 +4,11 @@
 #include "FeedListParts.h"
 #include "feeds/views/FeedListView.h"
 #include "platform/views/ListTable.h"
+#include "tests/support/Drops.h"
 
 #include <QAction>
 #include <QApplication>
 #include <QDialog>
-#include <QDropEvent>
 #include <QLabel>
 #include <QMimeData>
 #include <QPushButton>
@@ -116,31 +116,12 @@ public:
     bool drop(const QMimeData &data, QPoint place, Qt::DropAction action = Qt::CopyAction,
               Qt::DropActions possible = Qt::CopyAction | Qt::MoveAction | Qt::LinkAction)
     {
-        QDragEnterEvent enter(place, possible, &data, Qt::LeftButton, Qt::NoModifier);
-        enter.setDropAction(action);
-        QApplication::sendEvent(table().viewport(), &enter);
-        QDragMoveEvent move(place, possible, &data, Qt::LeftButton, Qt::NoModifier);
-        move.setDropAction(action);
-        move.ignore();
-        QApplication::sendEvent(table().viewport(), &move);
-        wasOffered = move.isAccepted();
-        if (!wasOffered) {
-            QDragLeaveEvent leave;
-            QApplication::sendEvent(table().viewport(), &leave);
-            settle();
-            return false;
-        }
-        QDropEvent let(place, possible, &data, Qt::LeftButton, Qt::NoModifier);
-        let.setDropAction(move.dropAction());
-        let.ignore();
-        QApplication::sendEvent(table().viewport(), &let);
-        droppedAs = let.dropAction();
+        lastDrop = dropOn(*table().viewport(), data, place, action, possible);
         settle();
-        return let.isAccepted();
+        return lastDrop.isTaken;
     }
 
-    bool wasOffered = false; ///< the last drag could be let go where it was
-    Qt::DropAction droppedAs = Qt::IgnoreAction;
+    DropOutcome lastDrop;
     std::unique_ptr<FeedListView> view = std::make_unique<FeedListView>(list);
     QSignalSpy statusLine{view.get(), &FeedListView::statusChanged};
 };

@@ -80,7 +80,7 @@ void FeedDropsTest::rowDrag()
     const auto row = draggedRow(desk, from);
     const bool isMove = !letters.isEmpty();
     QCOMPARE(desk.drop(*row, desk.placeAbove(target), Qt::MoveAction, Qt::MoveAction), isMove);
-    QCOMPARE(desk.wasOffered, isMove); // a refused place shows no mark
+    QCOMPARE(desk.lastDrop.wasOffered, isMove); // a refused place shows no mark
     QCOMPARE(desk.storedLetters(), isMove ? letters : u"abcd"_s);
     QCOMPARE(desk.calls, isMove ? (QStringList{u"stop"_s, u"start"_s}) : QStringList());
     for (int place = 0; place < 4; ++place)
@@ -172,7 +172,7 @@ void FeedDropsTest::textDrop()
     QMimeData data;
     data.setText(text);
     const bool isTaken = desk.drop(data, desk.placeAbove(target));
-    QTEST(desk.wasOffered, "isOffered");
+    QTEST(desk.lastDrop.wasOffered, "isOffered");
     QCOMPARE(isTaken, addresses.contains(u"//n/"));
     QStringList stored;
     for (const FeedEntry &entry : desk.storedEntries())
@@ -256,9 +256,9 @@ void FeedDropsTest::droppedFile_staysWhereItIs()
     data.setUrls({QUrl(u"http://n/"_s)});
     // A file manager would delete what was taken as a move.
     QVERIFY(desk.drop(data, desk.placeAbove(0), Qt::MoveAction));
-    QCOMPARE(desk.droppedAs, Qt::CopyAction);
+    QCOMPARE(desk.lastDrop.action, Qt::CopyAction);
     QVERIFY(desk.drop(data, desk.placeAbove(0), Qt::LinkAction, Qt::LinkAction));
-    QCOMPARE(desk.droppedAs, Qt::LinkAction);
+    QCOMPARE(desk.lastDrop.action, Qt::LinkAction);
 }
 
 // The feed list's file. -----------------------------------------------------------------------
@@ -300,9 +300,9 @@ void FeedDropsTest::import()
         QCOMPARE(desk.storedLetters(), letters);
         const QString sentence = localized(u"FetchingAddress"_s);
         QCOMPARE(fetched.size(), 4); // each address, and that it is over
-        QCOMPARE(fetched[0][0].toString(), sentence.arg(u"http://n/"_s) + u" (1/2)"_s);
-        QCOMPARE(fetched[2][0].toString(), sentence.arg(u"http://a/"_s) + u" (2/2)"_s);
-        QCOMPARE(fetched[3][0].toString(), QString());
+        QCOMPARE(fetched[0][1].toString(), sentence.arg(u"http://n/"_s) + u" (1/2)"_s);
+        QCOMPARE(fetched[2][1].toString(), sentence.arg(u"http://a/"_s) + u" (2/2)"_s);
+        QCOMPARE(fetched[3][1].toString(), QString());
     }
     QCOMPARE(desk.cell(2, FeedTableModel::Name), u"New"_s);
 }

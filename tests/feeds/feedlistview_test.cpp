@@ -315,7 +315,7 @@ void FeedListViewTest::add_saysWhatItWaitsFor()
     desk.web.duringLoad = [&] {
         ++loads;
         QCOMPARE(fetched.size(), 1);
-        QCOMPARE(fetched[0][0].toString(), sentence);
+        QCOMPARE(fetched[0][1].toString(), sentence);
         QVERIFY(desk.openDialog("addressPanel"));
         QCOMPARE(desk.find<QLabel>("addressWaitText")->text(), sentence);
         QVERIFY(!desk.isEnabled("actAddressExec"));
@@ -324,7 +324,7 @@ void FeedListViewTest::add_saysWhatItWaitsFor()
     };
     desk.press("actAddressExec");
     QCOMPARE(loads, 1);
-    QCOMPARE(fetched.last()[0].toString(), QString());
+    QCOMPARE(fetched.last()[1].toString(), QString());
     QVERIFY(!QApplication::overrideCursor());
 }
 
