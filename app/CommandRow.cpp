@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "app/CommandRow.h"
 
+#include "app/CommandIcons.h"
 #include "app/VelmorRSS.h"
 #include "platform/Localization.h"
 
+#include <QEvent>
 #include <QHBoxLayout>
 #include <QPushButton>
 #include <QRegularExpression>
@@ -38,8 +40,7 @@ CommandRow::CommandRow(VelmorRSS &control)
     , descriptionButton_(createToggle(u"descriptionButton"_s, u"DescriptionButton"_s,
                                       u"DescriptionTip"_s, &VelmorRSS::actDescriptionDrawer))
 {
-    startDispButton_->setIcon(style()->standardIcon(QStyle::SP_MediaPlay));
-    stopDispButton_->setIcon(style()->standardIcon(QStyle::SP_MediaStop));
+    showIcons();
     getRSSButton_->setIcon(style()->standardIcon(QStyle::SP_BrowserReload));
 
     auto *layout = new QHBoxLayout(this);
@@ -79,6 +80,19 @@ QToolButton *CommandRow::createToggle(const QString &name, const QString &textKe
         (control_.*command)();
     });
     return toggle;
+}
+
+void CommandRow::showIcons()
+{
+    startDispButton_->setIcon(startIcon(palette()));
+    stopDispButton_->setIcon(stopIcon(palette()));
+}
+
+void CommandRow::changeEvent(QEvent *event)
+{
+    if (event->type() == QEvent::PaletteChange)
+        showIcons();
+    QWidget::changeEvent(event);
 }
 
 void CommandRow::setCanStart(bool canStart)

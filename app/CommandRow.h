@@ -27,7 +27,11 @@ public:
     void setDescriptionButton(bool on);
     void setDescriptionButtonEnabled(bool enabled);
 
+protected:
+    void changeEvent(QEvent *event) override;
+
 private:
+    void showIcons();
     QPushButton *createButton(const QString &name, const QString &textKey, const QString &tipKey,
                               void (VelmorRSS::*command)());
     QToolButton *createToggle(const QString &name, const QString &textKey, const QString &tipKey,

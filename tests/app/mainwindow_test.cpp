@@ -81,6 +81,7 @@ private Q_SLOTS:
     void secondLaunch_bringsUpAHiddenWindow();
     void startupWindow_isGoneAfterTheLaunch();
     void about_opensAndCloses();
+    void iconsFollowTheTheme();
 };
 
 void MainWindowTest::menuHasEveryCommand_data()
@@ -763,6 +764,23 @@ void MainWindowTest::about_opensAndCloses()
     QVERIFY(about->text().startsWith(u"QoVelmorRSS"_s));
     QTest::keyClick(about, Qt::Key_Return);
     QTRY_COMPARE(p.mainWindow.findChildren<QMessageBox *>().size(), 0);
+}
+
+void MainWindowTest::iconsFollowTheTheme()
+{
+    WindowedProgram p;
+    p.launch();
+    const auto *button = p.find<QPushButton>(u"stopDispButton"_s);
+    const auto middle = [button](QIcon::Mode mode) {
+        return button->icon().pixmap(QSize(16, 16), 1.0, mode).toImage().pixelColor(8, 8);
+    };
+    QPalette palette = p.mainWindow.palette();
+    QCOMPARE(middle(QIcon::Normal), palette.color(QPalette::Active, QPalette::ButtonText));
+    palette.setColor(QPalette::ButtonText, Qt::white); // a dark theme
+    palette.setColor(QPalette::Disabled, QPalette::ButtonText, Qt::gray);
+    p.mainWindow.setPalette(palette);
+    QCOMPARE(middle(QIcon::Normal), QColor(Qt::white));
+    QCOMPARE(middle(QIcon::Disabled), QColor(Qt::gray));
 }
 
 QTEST_MAIN(MainWindowTest)
