@@ -6,7 +6,9 @@
 
 #include <unistd.h>
 
+#include <atomic>
 #include <cstdio>
+#include <cstdlib>
 
 namespace qovelmor {
 
@@ -17,6 +19,16 @@ constexpr const char *noDisplay =
     "QT_QPA_PLATFORM=offscreen and --terminal.\n";
 
 QtMessageHandler previous = nullptr;
+std::atomic<bool> exitsAtOnce = false;
+
+// Called before the destructors of everything that was there when it was registered.
+void endBeforeDestructors()
+{
+    if (!exitsAtOnce)
+        return;
+    std::fflush(nullptr);
+    ::_exit(1);
+}
 
 // The toolkit's own warnings about the display would make several lines of one event.
 void endOnFatal(QtMsgType type, const QMessageLogContext &, const QString &)
@@ -37,6 +49,17 @@ FatalMessagesEndQuietly::FatalMessagesEndQuietly()
 FatalMessagesEndQuietly::~FatalMessagesEndQuietly()
 {
     qInstallMessageHandler(previous);
+}
+
+ExitsAtOnce::ExitsAtOnce()
+{
+    static const int registered = std::atexit(&endBeforeDestructors);
+    exitsAtOnce = registered == 0;
+}
+
+ExitsAtOnce::~ExitsAtOnce()
+{
+    exitsAtOnce = false;
 }
 
 bool hasDisplay()

@@ -14,6 +14,18 @@ public:
     FatalMessagesEndQuietly &operator=(const FatalMessagesEndQuietly &) = delete;
 };
 
+/// While it lives, exit() called from within (the toolkit does so when its display goes away) ends
+/// the process at once: other threads still run, and destroying what is global would pull the
+/// ground from under them.
+class ExitsAtOnce
+{
+public:
+    ExitsAtOnce();
+    ~ExitsAtOnce();
+    ExitsAtOnce(const ExitsAtOnce &) = delete;
+    ExitsAtOnce &operator=(const ExitsAtOnce &) = delete;
+};
+
 /// Whether the environment names a display or a platform that needs none; says on standard error
 /// what to do when it does not.
 bool hasDisplay();

@@ -39,6 +39,7 @@ int runProgram(const CommandLine &commandLine)
         return 0;
     }
     Program program(commandLine);
+    const ExitsAtOnce exitsAtOnce;
     return program.run();
 }
 
