@@ -63,7 +63,9 @@ def large_profile(folder, feeds, messages):
                   for number in range(messages)]
     path = folder / "config" / "QoVelmorRSS" / "QoVelmorRSS.plist"
     path.parent.mkdir(parents=True)
-    path.write_bytes(plistlib.dumps({"RSSSiteAddresses": entries, "LastRSSMessages": remembered}))
+    # The threshold is stored by the very first start; a store of this size has seen one.
+    path.write_bytes(plistlib.dumps({"RSSSiteAddresses": entries, "LastRSSMessages": remembered,
+                                     "FontBoarderValue": 72}))
 
 
 def measure_start(build, runs, feeds, messages):
