@@ -231,8 +231,8 @@ void VelmorRSS::startDispRSS()
 {
     if (services_.clock.sleepsEnded())
         return; // the program is on its way out
-    // A timer may fire while the alert of the lost port stands: each line would end at once, and the
-    // feeds would be read again every second.
+    // A timer may fire while the alert of the lost port stands: each line would end at once, and
+    // the feeds would be read again every second.
     if (isOutputLED() && controllers_.setup.ledSystem().isLost())
         return;
     cycle_.startDispRSS();
