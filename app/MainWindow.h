@@ -97,6 +97,10 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
+    static constexpr auto identifierProperty = "identifier"; ///< of a tab's view
+    static constexpr auto drawerHeightKey = u"DescriptionDrawerHeight";
+
+    static void bringUp(QWidget &window);
     void layOut();
     void connectParts();
     void showPresentation();
