@@ -87,7 +87,9 @@ void RunCycle::dispRSSThread()
     while (isRunning()) {
         steps_.displayStarts();
         steps_.controlsChanged();
-        if (!showToEndOfList())
+        // When the program quits, lines and reads end at once; the stop that it is about to ask for
+        // may come later, and until then the feeds would be read in vain over and over.
+        if (!showToEndOfList() || clock_.sleepsEnded())
             break;
         startReadRSS(ReadReason::EndOfList);
     }
@@ -100,7 +102,7 @@ bool RunCycle::showToEndOfList()
 {
     while (lastDispLine_ < steps_.messageCount()) {
         steps_.showMessage(lastDispLine_);
-        if (!isRunning())
+        if (!isRunning() || clock_.sleepsEnded())
             return false;
         ++lastDispLine_;
     }

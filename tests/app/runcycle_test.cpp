@@ -106,6 +106,7 @@ private Q_SLOTS:
     void lostPort_endsTheDisplayThreadByItself();
     void startAfterALostPort_startsAFreshThread();
     void quitFlag_endsTheDisplayAtOnce();
+    void quitFlagBeforeTheStop_readsNothingMore();
     void randomSequences_leaveNothingBehind();
 };
 
@@ -243,6 +244,22 @@ void RunCycleTest::quitFlag_endsTheDisplayAtOnce()
 }
 
 // A person, a schedule and a failing port press everything in any order.
+void RunCycleTest::quitFlagBeforeTheStop_readsNothingMore()
+{
+    Bench b;
+    b.cycle.startReadRSS();
+    b.cycle.startDispRSS();
+    b.clock.sleepFor(1s);
+    b.steps.takeNotes();
+    b.clock.endSleeps();
+    // The main thread may be busy for a while before it asks for the stop.
+    QTRY_COMPARE(b.cycle.dispRSSState(), 0);
+    const Notes notes = b.steps.takeNotes();
+    QVERIFY(std::none_of(notes.begin(), notes.end(),
+                         [](const std::string &note) { return note == "reread"; }));
+    b.cycle.stopDispRSS();
+}
+
 void RunCycleTest::randomSequences_leaveNothingBehind()
 {
     const unsigned seed = std::random_device{}();
