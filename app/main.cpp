@@ -12,6 +12,7 @@
 #include <QApplication>
 #include <QFileInfo>
 #include <QIcon>
+#include <QLoggingCategory>
 
 #include <cstdio>
 #include <optional>
@@ -63,6 +64,10 @@ int main(int argc, char **argv)
         const FatalMessagesEndQuietly quietly;
         application.emplace(argc, argv);
     }
+    // Without a display the toolkit says of each window that it can be neither raised nor sized.
+    if (QGuiApplication::platformName() == u"offscreen"_s)
+        QLoggingCategory::setFilterRules(
+            u"default.warning=false\nqt.core.qobject.connect.warning=false"_s);
     chooseInterfaceFont();
     translateToolkitTexts(*application);
     QApplication::setWindowIcon(QIcon(u":/desktop/qovelmorrss.svg"_s));
