@@ -106,7 +106,8 @@ private:
     {
         ++inputs_;
         const ProcessUse use(::getpid());
-        use.forgetPeak();
+        if (!isSanitized())
+            use.forgetPeak();
         const long before = use.memoryKiB();
         const double start = threadSeconds();
         work();

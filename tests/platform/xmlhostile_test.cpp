@@ -63,7 +63,8 @@ private:
     {
         ++documents_;
         const ProcessUse use(::getpid());
-        use.forgetPeak();
+        if (!isSanitized())
+            use.forgetPeak();
         const long before = use.memoryKiB();
         const double start = threadSeconds();
         bool isRead = false;
