@@ -187,7 +187,7 @@ XmlParseResult XmlDocument::parse(const QByteArray &bytes, const QByteArray &cha
         return failed(prepared.linesBefore + lineAt(prepared.text, crowded),
                       u"属性の多すぎる要素があります。"_s);
     const XmlTree tree = buildXmlTree(prepared.text, containers);
-    const bool isLarge = prepared.text.size() > xmllimits::wholeBytes;
+    const bool isLarge = prepared.text.size() > xmllimits::largeBytes;
     if (!tree.document) {
         if (isLarge)
             returnFreedMemory();

@@ -19,8 +19,11 @@ constexpr std::size_t treeBytes = std::size_t{320} * 1024 * 1024;
 /// What the document's own entities may add to its text.
 constexpr std::size_t entityBytes = std::size_t{4} * 1024 * 1024;
 /// A document up to this size is handed to the parser in one piece, which is a little faster. A
-/// larger one goes piece by piece and no further than its first error; its texts are bounded.
-constexpr std::size_t wholeBytes = std::size_t{4} * 1024 * 1024;
+/// larger one goes piece by piece and no further than its first error: each double hyphen in a
+/// comment is one, for which the parser copies all of the comment before it.
+constexpr std::size_t wholeBytes = std::size_t{64} * 1024;
+/// What a document of this size took goes back to the system when it is done with.
+constexpr std::size_t largeBytes = std::size_t{4} * 1024 * 1024;
 /// Processor time of the calling thread; what was built until then takes time to free, too.
 constexpr std::chrono::milliseconds parseTime{800};
 

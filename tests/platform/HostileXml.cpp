@@ -133,6 +133,9 @@ Documents greedyDocuments(qsizetype full)
         documents.push_back(
             {"full of " + text.toPercentEncoding() + ", cut", "<a>" + filling, XmlOutcome::Error});
     }
+    documents.push_back({"double hyphens in a comment of 3 MiB",
+                         "<a><!--" + QByteArray(3 * 1024 * 1024, '-') + "--></a>",
+                         XmlOutcome::Error});
     documents.push_back({"300,000 items", itemFeed(300'000), XmlOutcome::Result});
     documents.push_back({"300,000 items, cut", itemFeed(300'000).chopped(20), XmlOutcome::Error});
     documents.push_back({"one attribute, full", "<a b='" + QByteArray(full, 'x') + "'/>", {}});
