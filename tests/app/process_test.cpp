@@ -209,6 +209,8 @@ private Q_SLOTS:
         RunningProgram program;
         program.setVariable(u"HOME"_s, home);
         program.removeVariable(u"XDG_CONFIG_HOME"_s);
+        // The font library forgets what it has allocated for a path that is too long.
+        program.setVariable(u"ASAN_OPTIONS"_s, u"detect_leaks=0"_s);
         QVERIFY(program.startAgain());
         QTRY_VERIFY_WITH_TIMEOUT(isListening(program) || !program.isRunning(), happensSoon);
         QTest::qWait(500); // the launch: nothing to wait for when nothing can be written
