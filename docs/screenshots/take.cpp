@@ -149,6 +149,7 @@ void Photographer::takeLists()
 void Photographer::takeSettings()
 {
     trigger(u"actPreferences"_s);
+    find<QWidget>(u"mainWindow"_s)->resize(1000, 700); // room for two columns
     take(u"settings"_s,
          find<QScrollArea>(u"settingsPage"_s)->widget()); // also what is scrolled away
 }
