@@ -12,6 +12,8 @@
 #include <QStyle>
 #include <QToolButton>
 
+#include <functional>
+
 namespace qovelmor {
 
 using namespace Qt::Literals::StringLiterals;
@@ -61,7 +63,8 @@ QPushButton *CommandRow::createButton(const QString &name, const QString &textKe
     button->setAccessibleName(spoken(textKey));
     button->setToolTip(localized(tipKey));
     button->setAutoDefault(false);
-    connect(button, &QPushButton::clicked, this, [this, command] { (control_.*command)(); });
+    connect(button, &QPushButton::clicked, this,
+            [this, command] { std::invoke(command, control_); });
     return button;
 }
 
@@ -77,7 +80,7 @@ QToolButton *CommandRow::createToggle(const QString &name, const QString &textKe
     toggle->setFocusPolicy(Qt::StrongFocus);
     connect(toggle, &QToolButton::clicked, this, [this, toggle, command] {
         toggle->setChecked(!toggle->isChecked());
-        (control_.*command)();
+        std::invoke(command, control_);
     });
     return toggle;
 }

@@ -9,6 +9,8 @@
 #include <QMenu>
 #include <QMenuBar>
 
+#include <functional>
+
 namespace qovelmor {
 
 using namespace Qt::Literals::StringLiterals;
@@ -95,7 +97,7 @@ void MainMenu::addItem(QMenu &menu, const Item &item)
     QAction *action = addPlainItem(menu, item.name, item.textKey);
     action->setShortcut(item.keys);
     connect(action, &QAction::triggered, this,
-            [this, command = item.command] { (control_.*command)(); });
+            [this, command = item.command] { std::invoke(command, control_); });
 }
 
 void MainMenu::addFeedItems(const QList<QAction *> &items)

@@ -18,6 +18,8 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include <functional>
+
 namespace qovelmor {
 
 using namespace Qt::Literals::StringLiterals;
@@ -68,7 +70,8 @@ QPushButton *FeedListView::createButton(const QString &name, const QString &text
 {
     auto *button = new QPushButton(localized(textKey));
     button->setObjectName(name);
-    connect(button, &QPushButton::clicked, this, [this, command] { (actions_.*command)(); });
+    connect(button, &QPushButton::clicked, this,
+            [this, command] { std::invoke(command, actions_); });
     return button;
 }
 
@@ -76,7 +79,7 @@ QAction *FeedListView::createAction(const QString &name, const QString &textKey,
 {
     auto *action = new QAction(localized(textKey), this);
     action->setObjectName(name);
-    connect(action, &QAction::triggered, this, [this, command] { (actions_.*command)(); });
+    connect(action, &QAction::triggered, this, [this, command] { std::invoke(command, actions_); });
     return action;
 }
 

@@ -13,6 +13,8 @@
 #include <QRadioButton>
 #include <QRegularExpression>
 
+#include <functional>
+
 namespace qovelmor {
 
 using namespace Qt::Literals::StringLiterals;
@@ -56,7 +58,7 @@ QCheckBox *MessageSwitchesView::addCheck(QHBoxLayout &row, const QString &name, 
     check->setObjectName(name);
     check->setAccessibleName(text);
     connect(check, &QCheckBox::clicked, this,
-            [this, action](bool isOn) { (msgList_.*action)(isOn); });
+            [this, action](bool isOn) { std::invoke(action, msgList_, isOn); });
     row.addWidget(check);
     return check;
 }

@@ -17,6 +17,7 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <functional>
 
 namespace qovelmor {
 
@@ -99,7 +100,8 @@ QPushButton *TimerView::createButton(const QString &name, const QString &textKey
     auto *button = new QPushButton(localized(textKey));
     button->setObjectName(name);
     button->setAccessibleName(localized(textKey).remove(marks));
-    connect(button, &QPushButton::clicked, this, [this, command] { (schedule_.*command)(); });
+    connect(button, &QPushButton::clicked, this,
+            [this, command] { std::invoke(command, schedule_); });
     return button;
 }
 

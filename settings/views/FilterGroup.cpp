@@ -9,6 +9,7 @@
 #include <QLineEdit>
 
 #include <array>
+#include <functional>
 
 namespace qovelmor {
 
@@ -63,10 +64,10 @@ QWidget *FilterGroup::createWords()
                     localized(u"SkipCommercialWord"_s).arg(index + 1));
         field->setMinimumWidth(56);
         connect(field, &QLineEdit::editingFinished, this, [this, field, word] {
-            if (field->text() != (setup().*word.getter)())
-                (actions().*word.action)(field->text());
+            if (field->text() != std::invoke(word.getter, setup()))
+                std::invoke(word.action, actions(), field->text());
         });
-        onRenewal([this, field, word] { field->setText((setup().*word.getter)()); });
+        onRenewal([this, field, word] { field->setText(std::invoke(word.getter, setup())); });
         layout->addWidget(field, index / wordsInARow, index % wordsInARow);
     }
     return grid;

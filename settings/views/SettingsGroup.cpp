@@ -10,6 +10,8 @@
 #include <QLabel>
 #include <QSpinBox>
 
+#include <functional>
+
 namespace qovelmor {
 
 SettingsGroup::SettingsGroup(const QString &titleKey, Setup &setup, SettingsActions &actions)
@@ -30,8 +32,9 @@ QCheckBox *SettingsGroup::addCheck(const QString &name, const QString &textKey,
                                    bool (Setup::*getter)() const, Switch action)
 {
     QCheckBox *check = settingCheck(name, textKey);
-    connect(check, &QCheckBox::clicked, this, [this, action](bool on) { (actions_.*action)(on); });
-    onRenewal([this, check, getter] { check->setChecked((setup_.*getter)()); });
+    connect(check, &QCheckBox::clicked, this,
+            [this, action](bool on) { std::invoke(action, actions_, on); });
+    onRenewal([this, check, getter] { check->setChecked(std::invoke(getter, setup_)); });
     addRow(check);
     return check;
 }
@@ -46,8 +49,8 @@ QSpinBox *SettingsGroup::addNumber(const Number &number, int (Setup::*getter)() 
     box->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     keepFromWheel(box);
     connect(box, &QSpinBox::valueChanged, this,
-            [this, action](int value) { (actions_.*action)(value); });
-    onRenewal([this, box, getter] { showNumber(box, (setup_.*getter)()); });
+            [this, action](int value) { std::invoke(action, actions_, value); });
+    onRenewal([this, box, getter] { showNumber(box, std::invoke(getter, setup_)); });
     auto *hint = new QLabel(localized(number.hintKey));
     hint->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
     addRow(number.labelKey, sideBySide({box, hint}), box);

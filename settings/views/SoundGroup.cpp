@@ -7,6 +7,8 @@
 #include <QSignalBlocker>
 #include <QSlider>
 
+#include <functional>
+
 namespace qovelmor {
 
 using namespace Qt::Literals::StringLiterals;
@@ -45,8 +47,8 @@ QComboBox *SoundGroup::addMenu(const QString &name, const QString &labelKey, Nam
     keepFromWheel(menu);
     // Also the choice of the present sound counts: it is how a person hears it again.
     connect(menu, &QComboBox::textActivated, this,
-            [this, action](const QString &sound) { (actions().*action)(sound); });
-    onRenewal([this, menu, getter] { showChoice(menu, (setup().*getter)()); });
+            [this, action](const QString &sound) { std::invoke(action, actions(), sound); });
+    onRenewal([this, menu, getter] { showChoice(menu, std::invoke(getter, setup())); });
     addRow(labelKey, menu, menu);
     return menu;
 }

@@ -20,6 +20,8 @@ until [ -s "$folder/display" ]; do
 done
 DISPLAY=:$(cat "$folder/display")
 export DISPLAY QT_QPA_PLATFORM=xcb
+# On a display the message bus library would start a bus of its own, and leave it behind.
+export DBUS_SESSION_BUS_ADDRESS="unix:path=$folder/no-bus"
 HOME=$folder openbox 2>/dev/null &
 manager=$!
 
