@@ -22,7 +22,12 @@ DISPLAY=:$(cat "$folder/display")
 export DISPLAY QT_QPA_PLATFORM=xcb
 # On a display the message bus library would start a bus of its own, and leave it behind.
 export DBUS_SESSION_BUS_ADDRESS="unix:path=$folder/no-bus"
-HOME=$folder openbox 2>/dev/null &
+# A window that comes up while the manager starts may never be shown: the test begins when it is there.
+HOME=$folder openbox --startup "touch $folder/managed" 2>/dev/null &
 manager=$!
+until [ -e "$folder/managed" ]; do
+    kill -0 "$manager" 2>/dev/null || { echo 'the window manager has ended' >&2; exit 1; }
+    sleep 0.05
+done
 
 "$@"
