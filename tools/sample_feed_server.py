@@ -27,7 +27,7 @@ import xml.etree.ElementTree
 
 TEMPLATES = pathlib.Path(__file__).resolve().parent.parent / "resources" / "sample-feeds"
 JAPAN = datetime.timezone(datetime.timedelta(hours=9))
-PLACEHOLDER = re.compile(r"\{\{(\w+):([^}]+)\}\}")
+FIELD = re.compile(r"\{\{(\w+):([^}]+)\}\}")
 
 Feed = collections.namedtuple("Feed", "template content_type encoding")
 FEEDS = {
@@ -47,7 +47,7 @@ h1 {{ font-size: 1.4em }} p.site {{ color: #666 }}</style></head>
 
 
 def filled(template, address, now):
-    """The template's text with its placeholders replaced."""
+    """The template's text with its fields filled in."""
 
     def value(match):
         kind, argument = match.groups()
@@ -60,9 +60,9 @@ def filled(template, address, now):
             return moment.isoformat(timespec="seconds")
         if kind == "isoz":
             return moment.astimezone(datetime.timezone.utc).strftime("%Y-%m-%dT%H:%M:%SZ")
-        raise ValueError(f"unknown placeholder {kind}")
+        raise ValueError(f"unknown field {kind}")
 
-    return PLACEHOLDER.sub(value, template)
+    return FIELD.sub(value, template)
 
 
 def feed_bytes(feed, address, now):
@@ -95,7 +95,7 @@ def pages():
                 site = title
             summary = parts.get("description", parts.get("summary"))
             body = without_marks(summary.text if summary is not None else "")
-            found["/" + PLACEHOLDER.match(link).group(2)] = (site, title, body)
+            found["/" + FIELD.match(link).group(2)] = (site, title, body)
     return found
 
 

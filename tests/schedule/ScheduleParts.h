@@ -16,6 +16,15 @@
 
 namespace qovelmor {
 
+constexpr auto startDisplay = TimerOperation::StartDisplay;
+constexpr auto stopDisplay = TimerOperation::StopDisplay;
+constexpr int halfPastEight = 510; ///< minute of the day
+
+inline void setZone(const char *zone)
+{
+    qputenv("TZ", zone);
+}
+
 /// A repeating timer on the steady side of the simulated clock, as the platform's is.
 class SimulatedMinuteTimer final : public MinuteTimer
 {

@@ -31,19 +31,6 @@ private Q_SLOTS:
     void noDay_neverFires();
 };
 
-namespace {
-
-constexpr auto startDisplay = TimerOperation::StartDisplay;
-constexpr auto stopDisplay = TimerOperation::StopDisplay;
-constexpr int halfPastEight = 510;
-
-void setZone(const char *zone)
-{
-    qputenv("TZ", zone);
-}
-
-} // namespace
-
 void TimerFiringTest::init()
 {
     setZone("Asia/Tokyo");

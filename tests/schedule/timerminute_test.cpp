@@ -32,19 +32,6 @@ private Q_SLOTS:
     void everyMinuteOfAYear_firesOnce();
 };
 
-namespace {
-
-constexpr auto startDisplay = TimerOperation::StartDisplay;
-constexpr auto stopDisplay = TimerOperation::StopDisplay;
-constexpr int halfPastEight = 510;
-
-void setZone(const char *zone)
-{
-    qputenv("TZ", zone);
-}
-
-} // namespace
-
 void TimerMinuteTest::init()
 {
     setZone("Asia/Tokyo");
