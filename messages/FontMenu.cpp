@@ -1,27 +1,29 @@
 // SPDX-License-Identifier: MIT
 #include "messages/FontMenu.h"
 
+#include "platform/FontCoverage.h"
+
 #include <QFontDatabase>
-#include <QRawFont>
 
 namespace qovelmor {
 
 namespace {
 
-// The raw font of a family is the file itself, without the fonts that stand in for missing glyphs.
-bool drawsKanji(const QString &family)
+// Where two makers have a family of one name, the toolkit tells them apart as "family [maker]".
+QString withoutMaker(const QString &family)
 {
-    const QRawFont font = QRawFont::fromFont(QFont(family));
-    return font.isValid() && font.supportsCharacter(QChar(u'漢'));
+    const qsizetype maker = family.endsWith(u']') ? family.lastIndexOf(u" [") : -1;
+    return maker > 0 ? family.left(maker) : family;
 }
 
 } // namespace
 
 std::vector<FontItem> createFontMenu(const QString &checkedFontName)
 {
+    const QSet<QString> drawKanji = fontFamiliesCovering(U'漢');
     std::vector<FontItem> items;
     for (const QString &family : QFontDatabase::families()) {
-        if (drawsKanji(family))
+        if (drawKanji.contains(withoutMaker(family)))
             items.push_back({family, family, family == checkedFontName});
     }
     return items;
