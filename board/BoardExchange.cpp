@@ -84,6 +84,12 @@ bool BoardExchange::isPortLost() const
     return port && port->isLost();
 }
 
+int BoardExchange::openingNumber() const
+{
+    const auto port = serial();
+    return port ? port->openingNumber() : 0;
+}
+
 QString BoardExchange::openProblem() const
 {
     const auto port = serial();

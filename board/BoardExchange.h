@@ -41,6 +41,8 @@ public:
     int proveCount() const; ///< strings sent completely
     bool isPortOpen() const;
     bool isPortLost() const;
+    /// Which opening of a line this is (CocoaSerialPort::openingNumber()); 0 before the first.
+    int openingNumber() const;
     /// Why the port did not open and what helps, as a sentence for the window; empty when it is
     /// open.
     QString openProblem() const;

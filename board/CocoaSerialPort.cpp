@@ -98,6 +98,7 @@ bool CocoaSerialPort::openWithPortNumber(int number)
 
 bool CocoaSerialPort::openPath(const QByteArray &path)
 {
+    static std::atomic<int> openings = 0;
     auto failure = line_.open(path, attributes_);
     que_.clear();
     if (!failure && !receiver_.start(line_.descriptor()))
@@ -114,6 +115,7 @@ bool CocoaSerialPort::openPath(const QByteArray &path)
     setOpenProblem({});
     openedPath_ = path;
     lineFreeAt_ = clock_.steadyNow();
+    openingNumber_ = ++openings;
     open_ = true;
     return true;
 }

@@ -85,6 +85,9 @@ public:
     bool isOpen() const { return open_.load(); }
     /// The port was open and could not be opened again. Any thread.
     bool isLost() const { return lost_.load(); }
+    /// Which opening of a line this is: no two openings of any port have the same number; 0 before
+    /// the first. Any thread.
+    int openingNumber() const { return openingNumber_.load(); }
     /// Why the last opening failed and what helps, as a sentence for the window; empty when it
     /// succeeded. Any thread.
     QString openProblem() const;
@@ -168,6 +171,7 @@ private:
     mutable std::mutex openProblemMutex_;
     QString openProblem_;
     std::atomic<int> portNumber_ = 0;
+    std::atomic<int> openingNumber_ = 0;
     std::atomic<int> proveCount_ = 0;
     std::atomic<bool> receiveBreak_ = false;
     std::atomic<bool> open_ = false;

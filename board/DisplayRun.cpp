@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <bit>
 #include <future>
+#include <utility>
 
 namespace qovelmor {
 
@@ -25,6 +26,26 @@ QByteArray wholePairs(const QByteArray &data)
 {
     return data.first(data.size() / 4 * 4);
 }
+
+/// Notices that the line was closed and opened again. Orders have no answer: one that was sent
+/// before that may never have reached the board.
+class LineChange
+{
+public:
+    explicit LineChange(const BoardCommands &board) : board_(board), opening_(board.openingNumber())
+    {}
+
+    /// Whether it has happened since this was last asked.
+    bool hasHappened()
+    {
+        const int opening = board_.openingNumber();
+        return std::exchange(opening_, opening) != opening;
+    }
+
+private:
+    const BoardCommands &board_;
+    int opening_;
+};
 
 } // namespace
 
@@ -154,7 +175,6 @@ void DisplayRun::watchBroke(const char *place)
 
 void DisplayRun::run(const Request &request)
 {
-    board_.sc_clear();
     const QByteArray data = request.image ? columnWords(*request.image, intel()) : QByteArray();
     if (request.scrolls)
         scrollingRun(data);
@@ -165,19 +185,24 @@ void DisplayRun::run(const Request &request)
 
 void DisplayRun::scrollingRun(const QByteArray &data)
 {
-    board_.sc_scroll();
-    if (!sendPieces(data)) {
+    if (sendPieces(data))
+        scrollOut();
+    else
         board_.sc_end(0);
-        return;
-    }
-    board_.sc_end(1);
-    waitForScrollEnd();
+}
+
+void DisplayRun::beginScroll()
+{
+    board_.sc_clear();
+    board_.sc_scroll();
 }
 
 // False when the run must end before all is sent. A piece that is refused, or whose reply does not
-// come, is sent again.
+// come, is sent again. Until the first one is taken nothing shows that the board scrolls.
 bool DisplayRun::sendPieces(const QByteArray &data)
 {
+    LineChange line(board_);
+    beginScroll();
     qsizetype sent = 0;
     for (;;) {
         if (mustEnd())
@@ -188,6 +213,8 @@ bool DisplayRun::sendPieces(const QByteArray &data)
             pause();
             continue;
         }
+        if (sent == 0 && line.hasHappened())
+            beginScroll();
         const QByteArray piece = data.mid(sent, bytesPerPiece);
         if (board_.sc_data(piece) >= 0)
             sent += piece.size();
@@ -213,10 +240,14 @@ void DisplayRun::waitForRoom(qsizetype remaining)
     }
 }
 
-void DisplayRun::waitForScrollEnd()
+void DisplayRun::scrollOut()
 {
+    LineChange line(board_);
+    board_.sc_end(1);
     const Watch watch(clock_, limits_.scrollEndWatch);
     while (!mustEnd()) {
+        if (line.hasHappened())
+            board_.sc_end(1);
         if (board_.sc_mode() == 1)
             return;
         // Asked a second time on purpose: only then is 0 the end.
@@ -234,6 +265,7 @@ void DisplayRun::waitForScrollEnd()
 // A standing image does not look at a cancel while it is sent; it is shown in any case.
 void DisplayRun::standingRun(const QByteArray &data)
 {
+    board_.sc_clear();
     board_.sc_stop();
     const QByteArray columns = wholePairs(data);
     const Watch watch(clock_, limits_.standingWatch);

@@ -97,9 +97,10 @@ private:
     bool pause() const;
     void run(const Request &request);
     void scrollingRun(const QByteArray &data);
+    void beginScroll();
     bool sendPieces(const QByteArray &data);
     void waitForRoom(qsizetype remaining);
-    void waitForScrollEnd();
+    void scrollOut();
     void standingRun(const QByteArray &data);
     void watchBroke(const char *place);
 

@@ -306,11 +306,12 @@ void BoardFaultsTest::portThatComesBack_isOpenedAgainAndNoTextIsLost()
     program.set(u"DispMessageOrder"_s, 1);
     QVERIFY(program.start());
     QVERIFY(board->waitUntil(isScrolling, 20s));
-    for (int round = 0; round < 2; ++round) {
+    for (int round = 1; round <= 2; ++round) {
         const qsizetype shown = linesShown(program);
         QVERIFY(board->misbehave("hangup=200@3")); // after two more commands
-        QVERIFY(board->waitUntil([](const BoardView &view) { return view.path.empty(); }, 20s));
-        QVERIFY(board->waitUntil([](const BoardView &view) { return !view.path.empty(); }, 20s));
+        QVERIFY(board->waitUntil(
+            [round](const BoardView &view) { return view.hangUps == round && !view.path.empty(); },
+            20s));
         QTRY_VERIFY2_WITH_TIMEOUT(linesShown(program) >= shown + 2, qPrintable(program.logBook()),
                                   happensSoon);
         QVERIFY(board->waitUntil(isScrolling, 20s));

@@ -4,6 +4,8 @@
 #include "tests/board/RunBench.h"
 #include "tools/qovelmorboard/SimulatedBoard.h"
 
+#include <QTemporaryDir>
+
 using namespace qovelmor;
 using namespace qovelmor::simboard;
 using namespace std::chrono_literals;
@@ -14,9 +16,10 @@ namespace {
 /// The link, with the real limits, and the simulated board at its far end.
 struct SimulatedBench
 {
-    SimulatedBench(bool talks, bool throttled)
+    SimulatedBench(bool talks, bool throttled, const QString &link = {})
     {
         SimulatedBoardOptions options;
+        options.link = link.toStdString();
         options.throttled = throttled;
         options.firmware.kind = talks ? BoardKind::Talkative : BoardKind::Quiet;
         options.firmware.speedFactor = 50.0;
@@ -26,8 +29,10 @@ struct SimulatedBench
             qFatal("%s", error.c_str());
         BoardLimits limits;
         limits.settle.most = 1000ms; // the board is a thread of its own, on a machine that is busy
-        system = std::make_unique<VelmorSystem>(clock, limits, [this](SerialDeviceType) {
-            return SerialLookup{0, false, {QByteArray::fromStdString(board->path())}};
+        const QByteArray path =
+            link.isEmpty() ? QByteArray::fromStdString(board->path()) : link.toUtf8();
+        system = std::make_unique<VelmorSystem>(clock, limits, [path](SerialDeviceType) {
+            return SerialLookup{0, false, {path}};
         });
         system->setMessageList(&log);
         system->setPortLoss(&log);
@@ -74,6 +79,8 @@ private Q_SLOTS:
     void everyLineScrollsOut();
     void standingImageOfAWideBoard_arrivesWhole_data() { kindsAndSpeeds(); }
     void standingImageOfAWideBoard_arrivesWhole();
+    void lineThatComesBack_leavesNoHole_data();
+    void lineThatComesBack_leavesNoHole();
 };
 
 // The "Ok." of "sc_end 1", taken for the answer to "sc_mode", would read as 0 and end the line
@@ -115,6 +122,40 @@ void SimulatedLineTest::standingImageOfAWideBoard_arrivesWhole()
     QVERIFY(runs[0].columns == SimulatedBench::words(*image));
     QVERIFY(!runs[0].scrolling);
     QVERIFY2(b.log.lines().isEmpty(), qPrintable(b.log.lines().join(u'\n')));
+}
+
+void SimulatedLineTest::lineThatComesBack_leavesNoHole_data()
+{
+    QTest::addColumn<int>("command");
+    const char *const commands[] = {"none yet",     "sc_clear", "sc_scroll", "first piece", "room",
+                                    "second piece", "room",     "sc_end 1",  "sc_mode"};
+    int number = 0;
+    for (const char *const command : commands) {
+        QTest::addRow("the line goes dead at command %d (%s)", number, command) << number;
+        ++number;
+    }
+}
+
+// An order that goes under with the line is not answered and not missed: a lost "sc_scroll" would
+// leave the columns lying in the board's buffer, a lost "sc_end 1" the sign standing for 30 s.
+void SimulatedLineTest::lineThatComesBack_leavesNoHole()
+{
+    QFETCH(int, command);
+    QTemporaryDir folder;
+    SimulatedBench b(true, false, folder.filePath(u"board"_s));
+    b.system->setScroll(true);
+    const auto image = numbered(25);
+    QVERIFY(b.board->misbehave("hangup=100@" + std::to_string(command)));
+    b.system->showBitmap(image); // returns at the end of the run
+    QVERIFY(!b.system->isLost());
+    QVERIFY2(b.log.lines().filter(u"showThread"_s).isEmpty(),
+             qPrintable(b.log.lines().join(u'\n')));
+    QCOMPARE(b.log.lines().size(), 1); // the answer that did not come
+    std::vector<ColumnWord> shown;
+    for (const ColumnRun &run : b.board->runs())
+        shown.insert(shown.end(), run.columns.begin(), run.columns.end());
+    QVERIFY(shown == SimulatedBench::words(*image));
+    QVERIFY(b.board->runs().back().wentThrough);
 }
 
 QTEST_GUILESS_MAIN(SimulatedLineTest)

@@ -209,6 +209,7 @@ void SimulatedBoard::writeReplies(Time now)
 void SimulatedBoard::hangUpLocked(int comeBackAfter, Time now)
 {
     log_.event("hang-up");
+    ++hangUps_;
     terminal_.close();
     pendingOut_.clear();
     line_.clear();
@@ -238,7 +239,8 @@ BoardView SimulatedBoard::viewLocked() const
             state.display.mode(),
             state.buffer.room(),
             state.variables.value(BoardVariable::ScrollDivider),
-            linesReceived_};
+            linesReceived_,
+            hangUps_};
 }
 
 BoardView SimulatedBoard::view() const

@@ -37,6 +37,7 @@ struct BoardView
     std::size_t roomColumns = 0;
     int scrollDivider = 0;
     std::size_t linesReceived = 0; ///< command lines since the start
+    int hangUps = 0;               ///< how often the line has gone dead
 };
 
 /// A whole board on a pseudo-terminal with a thread of its own. All operations may be called from
@@ -106,6 +107,7 @@ private:
     std::string line_;
     std::deque<std::string> lines_;
     std::size_t linesReceived_ = 0;
+    int hangUps_ = 0;
     std::optional<Time> deafUntil_;
     std::optional<Time> comeBackAt_;
     std::thread thread_;
