@@ -15,6 +15,7 @@
 #include "platform/SystemLog.h"
 #include "platform/UserDefaults.h"
 #include "platform/views/ListTable.h"
+#include "platform/views/PlainAlert.h"
 #include "settings/Setup.h"
 
 #include <QAction>
@@ -194,9 +195,9 @@ void MainWindow::showAbout()
     about->setObjectName(u"aboutDialog"_s);
     about->setWindowTitle(localized(u"MenuAbout"_s).remove(u"(&A)"_s));
     about->setIconPixmap(windowIcon().pixmap(64));
-    about->setTextFormat(Qt::PlainText);
     about->setText(localized(u"AboutText"_s).arg(QCoreApplication::applicationVersion()));
     about->setInformativeText(localized(u"AboutInfo"_s));
+    keepTextsPlain(*about);
     about->addButton(localized(u"Understand"_s), QMessageBox::AcceptRole);
     about->setAttribute(Qt::WA_DeleteOnClose);
     about->open();

@@ -10,6 +10,7 @@
 #include "messages/views/LEDWindow.h"
 #include "messages/views/MessageListView.h"
 #include "platform/UserDefaults.h"
+#include "platform/views/PlainAlert.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -200,8 +201,8 @@ void MainWindow::showAlert(const QString &title, const QString &text, const QStr
 {
     auto *alert = new QMessageBox(QMessageBox::Warning, title, title, QMessageBox::NoButton, this);
     alert->setObjectName(u"alert"_s);
-    alert->setTextFormat(Qt::PlainText);
     alert->setInformativeText(text);
+    keepTextsPlain(*alert);
     alert->addButton(button, QMessageBox::AcceptRole);
     alert->setAttribute(Qt::WA_DeleteOnClose);
     if (answered)

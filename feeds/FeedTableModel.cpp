@@ -15,17 +15,6 @@ namespace qovelmor {
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace {
-
-/// Mark-up for a tooltip that shows the text as it is; a bare text that looks like mark-up would be
-/// taken for it.
-QString plainTooltip(const QString &text)
-{
-    return text.isEmpty() ? QString() : u"<p>"_s + forWindow(text).toHtmlEscaped() + u"</p>"_s;
-}
-
-} // namespace
-
 FeedTableModel::FeedTableModel(RSSList &list, FeedListActions &actions, QObject *parent)
     : CheckedRowsModel(
           {u"RSSValidate"_s, u"RSSStatus"_s, u"RSSDate"_s, u"RSSName"_s, u"RSSAddress"_s},

@@ -2,6 +2,7 @@
 #include "messages/LineStrip.h"
 
 #include "messages/DiodeBoard.h"
+#include "platform/PlainText.h"
 #include "render/FontFace.h"
 
 #include <QFontMetricsF>
@@ -27,17 +28,6 @@ constexpr qsizetype segmentLength = 128;
 
 // How far a glyph may reach over the edges of its own advance.
 constexpr double overhang = fontHeight;
-
-QString onOneLine(QString text)
-{
-    for (QChar &c : text) {
-        const auto category = c.category();
-        if (category == QChar::Other_Control || category == QChar::Separator_Line ||
-            category == QChar::Separator_Paragraph)
-            c = u' ';
-    }
-    return text;
-}
 
 // The end of the piece that starts at `from`: where a line could be broken if possible, because
 // nothing is joined or kerned across such a place, else between two whole characters.
@@ -66,7 +56,7 @@ QFont screenBoardFont(const QString &name)
 }
 
 LineStrip::LineStrip(const QString &text, const LineStyle &style, int cell)
-    : text_(onOneLine(text))
+    : text_(forWindow(text))
     , style_(style)
     , cell_(cell)
     , stretch_(std::exp(double(style.expansion)))

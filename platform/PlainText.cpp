@@ -5,6 +5,8 @@
 
 namespace qovelmor {
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 // Category Cc of Unicode, and the two separators that count as line ends.
@@ -44,6 +46,11 @@ QString withoutDirectionMarks(const QString &text)
 QString forWindow(const QString &text)
 {
     return withoutDirectionMarks(withoutControls(text));
+}
+
+QString plainTooltip(const QString &text)
+{
+    return text.isEmpty() ? QString() : u"<p>"_s + forWindow(text).toHtmlEscaped() + u"</p>"_s;
 }
 
 } // namespace qovelmor

@@ -16,4 +16,8 @@ QString withoutDirectionMarks(const QString &text);
 /// cannot rearrange the text around it in a window.
 QString forWindow(const QString &text);
 
+/// Mark-up for a tooltip that shows the text as it is (forWindow): a tooltip takes what looks like
+/// mark-up for mark-up. Empty for an empty text, which means no tooltip.
+QString plainTooltip(const QString &text);
+
 } // namespace qovelmor

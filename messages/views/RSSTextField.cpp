@@ -40,8 +40,7 @@ QSize RSSTextField::minimumSizeHint() const
 void RSSTextField::noteWhatIsHidden()
 {
     const bool fits = fontMetrics().horizontalAdvance(text()) <= contentsRect().width();
-    // Tooltips take text that looks like mark-up for mark-up.
-    setToolTip(fits ? hint_ : text().toHtmlEscaped());
+    setToolTip(fits ? hint_ : plainTooltip(text()));
 }
 
 void RSSTextField::paintEvent(QPaintEvent *)

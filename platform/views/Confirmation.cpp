@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/views/Confirmation.h"
 
+#include "platform/views/PlainAlert.h"
+
 #include <QGridLayout>
 #include <QMessageBox>
 #include <QPushButton>
@@ -30,8 +32,8 @@ void openConfirmation(QWidget &parent, const Confirmation &question,
                                   QMessageBox::NoButton, &parent);
     alert->setObjectName(question.name);
     alert->setAttribute(Qt::WA_DeleteOnClose);
-    alert->setTextFormat(Qt::PlainText);
     alert->setInformativeText(question.informative);
+    keepTextsPlain(*alert);
     QPushButton *accept = alert->addButton(question.acceptButton, QMessageBox::AcceptRole);
     accept->setObjectName(question.name + u"Accept"_s);
     QPushButton *cancel = alert->addButton(question.cancelButton, QMessageBox::RejectRole);

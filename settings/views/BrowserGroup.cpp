@@ -2,6 +2,7 @@
 #include "settings/views/BrowserGroup.h"
 
 #include "platform/Localization.h"
+#include "platform/PlainText.h"
 #include "settings/views/SettingControls.h"
 
 #include <QLineEdit>
@@ -30,7 +31,7 @@ BrowserGroup::BrowserGroup(Setup &setup, SettingsActions &actions)
 void BrowserGroup::showBrowser(const QString &desktopFile)
 {
     desigBrowser_->setText(desktopFile);
-    desigBrowser_->setToolTip(desktopFile);
+    desigBrowser_->setToolTip(plainTooltip(desktopFile));
     desigBrowser_->setCursorPosition(0);
 }
 

@@ -2,6 +2,7 @@
 #include "settings/views/BrowserPanel.h"
 
 #include "platform/Localization.h"
+#include "platform/PlainText.h"
 #include "settings/views/SettingControls.h"
 
 #include <QFileDialog>
@@ -59,7 +60,7 @@ void BrowserPanel::fill(const std::vector<BrowserEntry> &browsers)
     for (const BrowserEntry &browser : browsers) {
         auto *item = new QListWidgetItem(browser.name, list_);
         item->setData(Qt::UserRole, browser.desktopFile);
-        item->setToolTip(browser.desktopFile);
+        item->setToolTip(plainTooltip(browser.desktopFile));
     }
     list_->setCurrentRow(0);
     select_->setEnabled(!browsers.empty());

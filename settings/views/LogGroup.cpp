@@ -2,6 +2,7 @@
 #include "settings/views/LogGroup.h"
 
 #include "platform/Localization.h"
+#include "platform/PlainText.h"
 #include "settings/views/SettingControls.h"
 
 #include <QLabel>
@@ -38,7 +39,7 @@ LogGroup::LogGroup(Setup &setup, SettingsActions &actions)
     connect(showLogButton_, &QPushButton::clicked, this, [this] { this->actions().actDispLog(); });
     onRenewal([this] {
         logFilePath_->setText(this->setup().logFilePath());
-        logFilePath_->setToolTip(this->setup().logFilePath());
+        logFilePath_->setToolTip(plainTooltip(this->setup().logFilePath()));
         logFilePath_->setCursorPosition(0);
     });
 }

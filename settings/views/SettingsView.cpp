@@ -3,6 +3,7 @@
 
 #include "platform/BrowserList.h"
 #include "platform/Localization.h"
+#include "platform/views/PlainAlert.h"
 #include "settings/Setup.h"
 #include "settings/views/BoardGroup.h"
 #include "settings/views/BrowserGroup.h"
@@ -198,8 +199,8 @@ void SettingsView::openAlert(const QString &message, const QString &informative,
     auto *alert =
         new QMessageBox(icon, window()->windowTitle(), message, QMessageBox::NoButton, window());
     alert->setObjectName(u"alert"_s);
-    alert->setTextFormat(Qt::PlainText);
     alert->setInformativeText(informative);
+    keepTextsPlain(*alert);
     alert->addButton(button, QMessageBox::AcceptRole);
     alert->setAttribute(Qt::WA_DeleteOnClose);
     alert->open();

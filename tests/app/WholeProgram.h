@@ -72,6 +72,8 @@ public:
             bytes = place->second;
         }
         auto parsed = XmlDocument::parse(bytes);
+        if (!parsed.document)
+            return ReadError{parsed.failure.line, QStringLiteral("XML"), parsed.failure.cause};
         return LoadedFeed{std::make_shared<const XmlFeedDocument>(std::move(parsed.document)), {}};
     }
 

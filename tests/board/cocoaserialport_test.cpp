@@ -49,6 +49,7 @@ private Q_SLOTS:
     void lookup_failuresAreSaidOnStandardOutput();
     void lookup_printsOneLineFeedForEachDevice();
     void lookup_thatTakesTooLong_givesNothing();
+    void lookup_leavesOutPathsThatAreTooLong();
     void pathOfAnIndexBeyondTheList_isAbsent();
     void open_unknownIndex_saysSo();
     void open_missingDevice_saysSo();
@@ -112,6 +113,17 @@ void CocoaSerialPortTest::lookup_thatTakesTooLong_givesNothing()
     QCOMPARE(out.text(), "\n"_ba);
     QCOMPARE(port.portCount(), 0);
     QCOMPARE(log.lines(), QStringList(u"watch CocoaSerialPort:getDeviceFilePathWithIterator"_s));
+}
+
+void CocoaSerialPortTest::lookup_leavesOutPathsThatAreTooLong()
+{
+    SystemClock clock;
+    const QByteArray longest = "/dev/" + QByteArray(1018, 'x');
+    CocoaSerialPort port(clock, {}, listing({longest, longest + 'x'}));
+    StdoutCapture quiet;
+    port.initForRS232();
+    QCOMPARE(port.portCount(), 1);
+    QCOMPARE(port.deviceFilePathWithPortNumber(0), std::optional(QString::fromUtf8(longest)));
 }
 
 void CocoaSerialPortTest::pathOfAnIndexBeyondTheList_isAbsent()

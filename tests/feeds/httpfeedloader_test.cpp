@@ -133,6 +133,22 @@ private Q_SLOTS:
         QCOMPARE(server_->hits("/a"), 2);
     }
 
+    // What is kept of all feeds together has a budget: the oldest document goes first.
+    void withReuse_theOldestIsDroppedForTheNewest()
+    {
+        loader_->setReuseAge(30s);
+        constexpr int documents = 12;
+        for (int i = 0; i < documents; ++i) {
+            const QByteArray path = "/" + QByteArray::number(i);
+            server_->route(path, HttpServer::document("<a>" + QByteArray(1'000'000, 'x') + "</a>"));
+            load(path.constData());
+        }
+        load("/0");
+        QCOMPARE(server_->hits("/0"), 2);
+        load("/11");
+        QCOMPARE(server_->hits("/11"), 1);
+    }
+
     void notModified_isUnchanged_andOnlyReusedForTheSameDocument()
     {
         server_->route("/a", [](const HttpServer::Request &request) {

@@ -106,6 +106,7 @@ private Q_SLOTS:
     void expansionIsAPowerOfE();
     void lineBreaksAreBlanks_data();
     void lineBreaksAreBlanks();
+    void marksThatTurnTheDirection_areLeftOut();
     void longLineScrollsToItsEnd();
     void tilesJoinWithoutASeam();
     void oneNoticeIsPendingHoweverManySteps();
@@ -391,6 +392,17 @@ void OnScreenBoardTest::lineBreaksAreBlanks()
     QImage wanted = got.copy();
     LineStrip(text, style, 4).copyTo(got, 0);
     LineStrip(u"上 下"_s, style, 4).copyTo(wanted, 0);
+    QCOMPARE(got, wanted);
+}
+
+void OnScreenBoardTest::marksThatTurnTheDirection_areLeftOut()
+{
+    const LineStyle style{screenBoardFont(defaultFontName()), Qt::white, 0};
+    const auto geometry = DiodeGeometry::of(2, 1);
+    QImage got = emptyDiodeBoard(geometry);
+    QImage wanted = got.copy();
+    LineStrip(u"\u202e12\u202c\u2067 AB\u2069"_s, style, 4).copyTo(got, 0);
+    LineStrip(u"12 AB"_s, style, 4).copyTo(wanted, 0);
     QCOMPARE(got, wanted);
 }
 

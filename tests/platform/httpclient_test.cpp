@@ -4,7 +4,14 @@
 #include "tests/support/Gzip.h"
 #include "tests/support/HttpServer.h"
 
+#include <QDir>
+#include <QRegularExpression>
 #include <QtTest>
+
+#include <arpa/inet.h>
+#include <fcntl.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
 
 using namespace qovelmor;
 using namespace Qt::Literals::StringLiterals;
@@ -17,6 +24,22 @@ HttpServer::Reply raw(const QByteArray &bytes)
     HttpServer::Reply reply;
     reply.bytes = bytes;
     return reply;
+}
+
+/// Our ends of the connections to a port of this machine.
+std::vector<int> descriptorsTo(int port)
+{
+    std::vector<int> found;
+    for (const QString &name :
+         QDir(u"/proc/self/fd"_s)
+             .entryList(QDir::NoDotAndDotDot | QDir::System | QDir::AllEntries)) {
+        sockaddr_in peer{};
+        socklen_t size = sizeof peer;
+        if (::getpeername(name.toInt(), reinterpret_cast<sockaddr *>(&peer), &size) == 0 &&
+            peer.sin_family == AF_INET && ntohs(peer.sin_port) == port)
+            found.push_back(name.toInt());
+    }
+    return found;
 }
 
 } // namespace
@@ -68,7 +91,9 @@ private Q_SLOTS:
         QCOMPARE(got.validators.entityTag, QByteArray("\"tag\""));
         QCOMPARE(got.validators.lastModified, QByteArray("Thu, 01 May 2008 00:00:00 GMT"));
         const auto request = server_->requests().front();
-        QVERIFY(request.headers.at("user-agent").startsWith("QoVelmorRSS/"));
+        const QString agent = QString::fromLatin1(request.headers.at("user-agent"));
+        static const QRegularExpression nameAndVersion(u"^QoVelmorRSS/[0-9]+\\.[0-9]+"_s);
+        QVERIFY2(nameAndVersion.match(agent).hasMatch(), qPrintable(agent));
         QVERIFY(request.headers.count("if-none-match") == 0);
     }
 
@@ -82,6 +107,18 @@ private Q_SLOTS:
         QCOMPARE(request.headers.at("if-none-match"), QByteArray("\"t\""));
         QCOMPARE(request.headers.at("if-modified-since"), QByteArray("date"));
         QCOMPARE(error(get("/a")).code, 304); // nobody had asked
+    }
+
+    // It would have to be held for each feed and sent with each request.
+    void longValidators_areForgotten()
+    {
+        const QByteArray longest(1024, 't');
+        server_->route("/a", HttpServer::reply("200 OK",
+                                               {"ETag: " + longest, "Last-Modified: x" + longest},
+                                               "body"));
+        const HttpReply got = reply(get("/a"));
+        QCOMPARE(got.validators.entityTag, longest);
+        QCOMPARE(got.validators.lastModified, QByteArray());
     }
 
     void compressedBodies_areDecoded_data()
@@ -209,6 +246,7 @@ private Q_SLOTS:
         if (which == 0)
             answer.holdsOpen = true;
         if (which == 1) {
+            answer.atOnce = answer.bytes.size(); // the headers, else they would seem to be silence
             answer.bytes += QByteArray(1000, 'x');
             answer.pieceSize = 1;
             answer.pause = 30ms;
@@ -261,6 +299,24 @@ private Q_SLOTS:
         const HttpError got = error(get("/a", {}, hooks));
         QCOMPARE(got.kind, HttpError::Kind::Aborted);
         QCOMPARE(idles, 5);
+    }
+
+    // Else a browser that is started meanwhile would keep the connection open for its own life.
+    void connections_areNotInherited()
+    {
+        HttpServer::Reply silent = raw("HTTP/1.1 200 OK\r\n\r\n");
+        silent.holdsOpen = true;
+        server_->route("/a", silent);
+        int connections = 0;
+        HttpHooks hooks;
+        hooks.isAborted = [&] {
+            const auto found = descriptorsTo(server_->port());
+            for (const int descriptor : found)
+                connections += (::fcntl(descriptor, F_GETFD) & FD_CLOEXEC) != 0 ? 1 : -100;
+            return !found.empty();
+        };
+        QCOMPARE(error(get("/a", {}, hooks)).kind, HttpError::Kind::Aborted);
+        QCOMPARE(connections, 1);
     }
 
     void proxyVariables_areRespected()

@@ -108,6 +108,17 @@ private Q_SLOTS:
         QCOMPARE(contentOf(path_ + u".old"_s), QByteArray("one\n"));
     }
 
+    void linkInItsPlace_isNotFollowed()
+    {
+        const QString other = path_ + u".other"_s;
+        const auto log = LogFile::create(path_);
+        QVERIFY(log->writeLine("one\n"));
+        QVERIFY(QFile::remove(path_));
+        QVERIFY(QFile::link(other, path_));
+        QVERIFY(!log->writeLine("two\n"));
+        QVERIFY(!QFile::exists(other));
+    }
+
     void folderGone_isNoticed()
     {
         QVERIFY(QDir(folder_->path()).mkdir(u"logs"_s));

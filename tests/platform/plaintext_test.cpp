@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/PlainText.h"
+#include "platform/SystemLog.h"
 
 #include <QtTest>
 
@@ -30,6 +31,14 @@ private Q_SLOTS:
     {
         QFETCH(QString, text);
         QTEST(withoutControls(text), "plain");
+    }
+
+    void forWindow_isOneLine() { QCOMPARE(forWindow(u"a\nb\u0085c\u2028d"_s), u"a b c d"_s); }
+
+    void systemLog_isOneLine()
+    {
+        QTest::ignoreMessage(QtWarningMsg, "read error of http://a/ 2026 all is well [31m");
+        systemLog(logPlatform(), u"read error of http://a/\n2026 all is well\x1b[31m"_s);
     }
 
     void windowTextCannotTurnDirection()

@@ -177,6 +177,59 @@ private Q_SLOTS:
         QVERIFY(names({u"*.tmp"_s}).isEmpty());
     }
 
+    // Else a power cut could leave the new name with nothing behind it.
+    void contentIsOnTheDiskBeforeItTakesTheName()
+    {
+        class OrderedCalls final : public FileCalls
+        {
+        public:
+            ssize_t write(int descriptor, const void *bytes, std::size_t count) override
+            {
+                isUnsynced_ = true;
+                return FileCalls::write(descriptor, bytes, count);
+            }
+            int sync(int descriptor) override
+            {
+                isUnsynced_ = false;
+                return FileCalls::sync(descriptor);
+            }
+            int rename(const char *from, const char *to) override
+            {
+                ++(isUnsynced_ ? tooEarly : inTime);
+                return FileCalls::rename(from, to);
+            }
+            int tooEarly = 0;
+            int inTime = 0;
+
+        private:
+            bool isUnsynced_ = false;
+        } calls;
+        StoreFile file(path_, calls);
+        QCOMPARE(file.save(generation(1)), 0);
+        QCOMPARE(file.save(generation(2)), 0);
+        QCOMPARE(calls.tooEarly, 0);
+        QVERIFY(calls.inTime >= 2);
+    }
+
+    void contentThatCannotBeSynced_doesNotTakeTheName()
+    {
+        saveTwice();
+        class UnsyncedCalls final : public FileCalls
+        {
+        public:
+            int sync(int) override
+            {
+                errno = EIO;
+                return -1;
+            }
+        } calls;
+        StoreFile file(path_, calls);
+        file.load();
+        QCOMPARE(file.save(generation(3)), EIO);
+        QVERIFY(load().values == generation(2));
+        QVERIFY(names({u"*.tmp"_s}).isEmpty());
+    }
+
     void withoutHardLinks_savesStillReplaceWhole()
     {
         LinklessCalls calls;

@@ -50,6 +50,15 @@ private Q_SLOTS:
         QVERIFY(clock.sleepsEnded());
     }
 
+    // Time-outs must not jump with a calendar that is set.
+    void steadyTime_isNotTheCalendars()
+    {
+        const SystemClock clock;
+        const auto before = std::chrono::steady_clock::now();
+        const auto now = clock.steadyNow();
+        QVERIFY(before <= now && now <= std::chrono::steady_clock::now());
+    }
+
     void mainThread_runsPostedCallsWhileItSleeps()
     {
         QueueMainThread mainThread;

@@ -7,6 +7,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <sys/stat.h>
+
 #include <random>
 #include <thread>
 
@@ -71,6 +73,7 @@ private Q_SLOTS:
     void load_missingFileIsEmptyAndSilent();
     void load_badFileSaysSoOnce();
     void load_hugeFileIsCut();
+    void load_whatIsNoPlainFileIsEmpty();
     void load_readsAFileOnce();
     void load_readsAChangedFileAgain();
     void load_fromSeveralThreads();
@@ -246,6 +249,14 @@ void FontxFileTest::load_hugeFileIsCut()
     const auto font = FontxFile::load(Kind::SingleByte, path);
     QCOMPARE(font->byteGlyph('A'), QByteArray(16, 'A'));
     QVERIFY(font->data().size() <= FontxFile::maxFileSize);
+}
+
+void FontxFileTest::load_whatIsNoPlainFileIsEmpty()
+{
+    const QString pipe = folder_.filePath(u"pipe.fnt"_s);
+    QCOMPARE(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+    for (const QString &path : {u"/dev/zero"_s, folder_.path(), pipe})
+        QVERIFY2(!FontxFile::load(Kind::SingleByte, path)->isLoaded(), qPrintable(path));
 }
 
 void FontxFileTest::load_readsAFileOnce()

@@ -59,6 +59,7 @@ private Q_SLOTS:
     void everyCharacterHasTheCodeOfTheConverter();
     void vendorCharacters_haveGlyphs();
     void textOf700Kanji_stopsAt625Glyphs();
+    void whatDoesNotFit_isNotLookedAt();
     void unknownCode_isLoggedAndDrawnAsTheReplacement();
     void charactersThatCannotBeEncoded_areDrawnSilentlyAsTheReplacement();
     void latin1_selectsTheSingleByteGlyphOfThatNumber();
@@ -196,6 +197,15 @@ void VelmorFontxTest::textOf700Kanji_stopsAt625Glyphs()
     QCOMPARE(odd->width(), 10000);
     QCOMPARE(columnsOf(asText(*odd), 9992, 8),
              columnsOf(asText(*fonts.bitmapWithString(u"漢"_s)), 0, 8));
+}
+
+// A description may be a megabyte long; each character beyond the picture would cost a look-up.
+void VelmorFontxTest::whatDoesNotFit_isNotLookedAt()
+{
+    const VelmorFontx fonts;
+    QTest::failOnWarning(QRegularExpression(u".*"_s)); // each would be an unknown character
+    QCOMPARE(fonts.bitmapWithString(QString(625, u'漢') + QString(100, QChar(0xE000)))->width(),
+             10000);
 }
 
 void VelmorFontxTest::unknownCode_isLoggedAndDrawnAsTheReplacement()

@@ -18,6 +18,7 @@ private Q_SLOTS:
     void untilNextMinute();
     void eachMinuteIsTakenOnce();
     void takenMinutes_areASet();
+    void memoryOfMinutes_isBounded();
     void early_data();
     void early();
 };
@@ -77,6 +78,20 @@ void MinuteRuleTest::takenMinutes_areASet()
                      expected.insert(minute).second);
         }
     }
+}
+
+// Each gap between handled minutes is remembered; after ten thousand of them the oldest is
+// forgotten for the newest, so a program that runs for years does not grow.
+void MinuteRuleTest::memoryOfMinutes_isBounded()
+{
+    const auto evenMinute = [](int number) { return UtcMinute(std::chrono::minutes(2 * number)); };
+    HandledMinutes handled;
+    for (int i = 0; i < 10'000; ++i)
+        QVERIFY(handled.take(evenMinute(i)));
+    QVERIFY(!handled.take(evenMinute(0)));
+    QVERIFY(handled.take(evenMinute(10'000)));
+    QVERIFY(handled.take(evenMinute(0)));
+    QVERIFY(!handled.take(evenMinute(10'000)));
 }
 
 void MinuteRuleTest::early_data()

@@ -47,6 +47,7 @@ private Q_SLOTS:
     void log_showButtonFollowsTheLog();
     void log_isOpenedWithItsApplication();
     void log_failureIsNoted();
+    void log_pathIsPlainTextInItsTooltip();
     void log_fileIsChosenForThisRun();
     void log_existingFile_isAskedAbout_data();
     void log_existingFile_isAskedAbout();
@@ -364,6 +365,15 @@ void SettingsPanelsTest::log_failureIsNoted()
     click(tab.control(u"logSystem"_s));
     QVERIFY(note.isVisible());
     QCOMPARE(note.text(), localized(u"LogFileOpenError"_s));
+}
+
+void SettingsPanelsTest::log_pathIsPlainTextInItsTooltip()
+{
+    SettingsTab tab;
+    tab.start();
+    chooseLogFile(tab, tab.home.filePath(u"<b>&.txt"_s));
+    const QString tip = tab.control(u"logFilePath"_s).toolTip();
+    QVERIFY2(tip.endsWith(u"/&lt;b&gt;&amp;.txt</p>"_s), qPrintable(tip));
 }
 
 void SettingsPanelsTest::log_fileIsChosenForThisRun()

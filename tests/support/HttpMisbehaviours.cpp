@@ -126,7 +126,7 @@ void Table::sizes()
                "186a0\r\n" + QByteArray(100'000, ' ') + "\r\n", bigBody);
     addEndless("endless headers", head_, "X-Header: " + QByteArray(1000, 'x') + "\r\n", bigHeader);
     addEndless("one endless header", head_ + "X-Header: ", QByteArray(1000, 'x'), bigHeader);
-    addEndless("an endless status line", "HTTP/1.1 200 O", "K", bigHeader);
+    addEndless("an endless status line", "HTTP/1.1 200 O", QByteArray(1000, 'K'), bigHeader);
     addEndless("endless interim answers", {}, "HTTP/1.1 100 Continue\r\n\r\n", bigHeader);
     addEndless("an endless chunk size", head_ + "Transfer-Encoding: chunked\r\n\r\n1;", "extension",
                u"秒"_s);
