@@ -6,7 +6,8 @@ A test that stays green without the lines it is meant to watch over proves nothi
 tests/guards/ name such lines: the promise they keep, the text that stands there, what stands there
 without the guard, and the CTest test that must then fail in the function named.
 
-All happens in a copy of the sources (build-guards/), so the tree that is worked in is never broken.
+All happens in a copy of the sources (build-guards/), so the tree that is worked in is never broken, and
+as the superuser behind a fence, so that the system is not either.
 What has been found with the same sources is kept there and not done again.
 """
 import argparse
@@ -33,6 +34,15 @@ RESULTS = WORK / "results"
 
 DEFAULT_LIMIT = 180  # seconds for one test
 MEMORY_LIMIT = 6 << 30  # without a bound on sizes a test may ask for all there is
+
+# A program without a guard may do what the guard forbids, such as save its settings over /dev/zero,
+# to which a test has laid a link. Whoever may write there sees it read-only while such a test runs.
+FENCE = """
+for folder in /tmp "$0"; do mount --bind "$folder" "$folder" || exit 125; done
+for folder in / /dev; do mount -o remount,bind,ro "$folder" || exit 125; done
+exec "$@"
+"""
+NO_FENCE = 125
 
 # What the removed lines used is then unused; that is no finding.
 UNUSED = "".join(
@@ -197,6 +207,9 @@ class Run:
 def run_test(name, limit):
     """One test through CTest, with everything it started ended after the limit."""
     command = ["ctest", "--test-dir", str(BUILD), "-R", f"^{name}$", "--no-tests=error", "-V"]
+    if os.geteuid() == 0:
+        command = ["unshare", "--mount", "--propagation", "private", "sh", "-c", FENCE, str(COPY),
+                   *command]
     process = subprocess.Popen(command, cwd=COPY, stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
                                start_new_session=True, preexec_fn=bound_memory)
     try:
@@ -206,6 +219,8 @@ def run_test(name, limit):
         os.killpg(process.pid, signal.SIGKILL)
         output, _ = process.communicate()
         hung = True
+    if process.returncode == NO_FENCE:
+        fail("the superuser runs no program without its guards unless the system is read-only to it")
     return Run(process.returncode == 0, hung, output.decode(errors="replace"))
 
 
