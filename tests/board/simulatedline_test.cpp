@@ -37,7 +37,9 @@ struct SimulatedBench
         system->setMessageList(&log);
         system->setPortLoss(&log);
         StdoutCapture quiet;
-        if (!system->openSerialPortWithNumber(0) || !system->comTest())
+        // On a busy machine the first answer may take longer than the test of the line waits.
+        if (!system->openSerialPortWithNumber(0) ||
+            !QTest::qWaitFor([this] { return system->comTest(); }))
             qFatal("no board");
     }
 
