@@ -15,25 +15,26 @@ const auto linkKey = u"LinkString"_s;
 const auto siteNameKey = u"RSSNameString"_s;
 const auto newMessageKey = u"NewRSSMessage"_s;
 
-void setIfPresent(PropertyDictionary &dictionary, const QString &key,
+void addIfPresent(std::vector<PropertyEntry> &entries, const QString &key,
                   const std::optional<QString> &text)
 {
     if (text)
-        dictionary.set(key, *text);
+        entries.push_back({key, *text});
 }
 
 } // namespace
 
 PropertyDictionary toDictionary(const Message &message)
 {
-    PropertyDictionary dictionary;
-    dictionary.set(headlineKey, message.headline);
-    setIfPresent(dictionary, dateKey, message.date);
-    setIfPresent(dictionary, descriptionKey, message.description);
-    setIfPresent(dictionary, siteNameKey, message.siteName);
-    setIfPresent(dictionary, linkKey, message.link);
-    dictionary.set(newMessageKey, message.isNew);
-    return dictionary;
+    std::vector<PropertyEntry> entries;
+    entries.reserve(6);
+    entries.push_back({headlineKey, message.headline});
+    addIfPresent(entries, dateKey, message.date);
+    addIfPresent(entries, descriptionKey, message.description);
+    addIfPresent(entries, siteNameKey, message.siteName);
+    addIfPresent(entries, linkKey, message.link);
+    entries.push_back({newMessageKey, message.isNew});
+    return PropertyDictionary::fromUniqueEntries(std::move(entries));
 }
 
 Message messageFrom(const PropertyDictionary &dictionary)

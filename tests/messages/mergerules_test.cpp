@@ -71,6 +71,24 @@ MessageVector randomList(std::mt19937 &random, int longest, int kinds)
     return list;
 }
 
+// Date texts that differ late, or only in their length, or not at all.
+MessageVector listWithRandomDates(std::mt19937 &random, int count)
+{
+    const QString usual = u"11/20 10:3"_s;
+    const QString endings = u"17あ\0"_s + QChar(0xD800);
+    MessageVector list;
+    for (int i = 0; i < count; ++i) {
+        QString date = usual.first(random() % 3 == 0 ? 2 : usual.size());
+        for (std::size_t more = random() % 5; more > 0; --more)
+            date += endings[static_cast<qsizetype>(random() %
+                                                   static_cast<std::size_t>(endings.size()))];
+        list.push_back(message(QString::number(i), date));
+        if (random() % 8 == 0)
+            list.back().date.reset();
+    }
+    return list;
+}
+
 } // namespace
 
 class MergeRulesTest : public QObject
@@ -135,6 +153,29 @@ private Q_SLOTS:
                            message(u"dated"_s, u"01/01 00:00"_s)};
         sortNewestFirst(list);
         QCOMPARE(headlinesOf(list), u"dated empty absent"_s);
+    }
+
+    // Of any length and with any characters: only "MM/DD hh:mm" is usual.
+    void orderOfAnyDateTextsIsThatOfPlainText()
+    {
+        const unsigned seed = std::random_device()();
+        qInfo("seed %u", seed);
+        std::mt19937 random(seed);
+        const auto newestFirst = [](const Message &a, const Message &b) {
+            return b.date.value_or(QString()) < a.date.value_or(QString());
+        };
+        for (int round = 0; round < 2000; ++round) {
+            const MessageVector list = listWithRandomDates(random, round % 30);
+            MessageVector expected = list;
+            MessageVector got = list;
+            std::stable_sort(expected.begin(), expected.end(), newestFirst);
+            sortNewestFirst(got);
+            QCOMPARE(headlinesOf(got), headlinesOf(expected));
+            std::stable_sort(expected.begin(), expected.end(),
+                             [&](const Message &a, const Message &b) { return newestFirst(b, a); });
+            sortOldestFirst(got);
+            QCOMPARE(headlinesOf(got), headlinesOf(expected));
+        }
     }
 
     void duplicates_data()
