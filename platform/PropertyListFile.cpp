@@ -2,14 +2,13 @@
 #include "platform/PropertyListFile.h"
 
 #include "platform/PropertyListGuard.h"
+#include "platform/PropertyListWriter.h"
 #include "platform/WholeFile.h"
 
 #include <locale.h>
 #include <plist/plist.h>
 
-#include <algorithm>
 #include <cerrno>
-#include <cmath>
 #include <cstdlib>
 #include <memory>
 
@@ -17,7 +16,7 @@ namespace qovelmor {
 
 namespace {
 
-// The library reads and writes reals as the locale of the thread does.
+// The library reads reals as the locale of the thread writes them.
 class NumbersWithPoint
 {
 public:
@@ -49,8 +48,6 @@ using ListMemory = std::unique_ptr<char, FreeMemory>;
 
 // Dates of the format count from the first moment of 2001, in UTC.
 constexpr qint64 dateEpoch = 978307200;
-
-// --- from the library's nodes ---
 
 PropertyValue valueOf(plist_t node);
 
@@ -145,85 +142,6 @@ PropertyValue valueOf(plist_t node)
     }
 }
 
-// --- to the library's nodes ---
-
-// What the production "Char" of XML 1.0 leaves out; surrogates are toUtf8()'s business.
-bool isForbiddenInXml(QChar c)
-{
-    const char16_t unit = c.unicode();
-    return (unit < 0x20 && unit != u'\t' && unit != u'\n' && unit != u'\r') || unit >= 0xFFFE;
-}
-
-QByteArray xmlText(const QString &text)
-{
-    if (std::none_of(text.begin(), text.end(), isForbiddenInXml))
-        return text.toUtf8();
-    QString allowed = text;
-    std::replace_if(allowed.begin(), allowed.end(), isForbiddenInXml,
-                    QChar(QChar::ReplacementCharacter));
-    return allowed.toUtf8();
-}
-
-ListNode dateNode(const QDateTime &date)
-{
-    constexpr qint64 limit = 2'145'000'000; // about 68 years to both sides, inside 32 bits
-    const qint64 seconds = date.isValid() ? date.toSecsSinceEpoch() - dateEpoch : 0;
-    return ListNode(
-        plist_new_date(static_cast<int32_t>(std::clamp<qint64>(seconds, -limit, limit)), 0));
-}
-
-// Makes the node of a value; null below the greatest depth.
-struct NodeMaker
-{
-    int depthLeft;
-
-    ListNode operator()(bool flag) const { return ListNode(plist_new_bool(flag ? 1 : 0)); }
-    ListNode operator()(qint64 number) const
-    {
-        return ListNode(plist_new_uint(static_cast<uint64_t>(number)));
-    }
-    ListNode operator()(double number) const
-    {
-        return ListNode(plist_new_real(std::isfinite(number) ? number : 0.0));
-    }
-    ListNode operator()(const QString &text) const
-    {
-        return ListNode(plist_new_string(xmlText(text).constData()));
-    }
-    ListNode operator()(const QByteArray &bytes) const
-    {
-        return ListNode(plist_new_data(bytes.constData(), static_cast<uint64_t>(bytes.size())));
-    }
-    ListNode operator()(const QDateTime &date) const { return dateNode(date); }
-    ListNode operator()(const PropertyValue::Shared<PropertyArray> &items) const
-    {
-        ListNode array(plist_new_array());
-        for (const PropertyValue &item : *items) {
-            ListNode node = below(item);
-            if (!node)
-                return nullptr;
-            plist_array_append_item(array.get(), node.release());
-        }
-        return array;
-    }
-    ListNode operator()(const PropertyValue::Shared<PropertyDictionary> &dictionary) const
-    {
-        ListNode dict(plist_new_dict());
-        for (const PropertyEntry &entry : dictionary->entries()) {
-            ListNode node = below(entry.value);
-            if (!node)
-                return nullptr;
-            plist_dict_set_item(dict.get(), xmlText(entry.key).constData(), node.release());
-        }
-        return dict;
-    }
-
-    ListNode below(const PropertyValue &value) const
-    {
-        return depthLeft > 0 ? std::visit(NodeMaker{depthLeft - 1}, value.variant()) : nullptr;
-    }
-};
-
 } // namespace
 
 std::optional<PropertyValue> parsePropertyList(const QByteArray &document,
@@ -245,20 +163,8 @@ std::optional<PropertyValue> parsePropertyList(const QByteArray &document,
 
 std::optional<QByteArray> writePropertyList(const PropertyValue &root)
 {
-    const NumbersWithPoint numbers;
-    // The element "plist" around the root is a level too.
-    const ListNode node = NodeMaker{PropertyListLimits{}.depth - 1}.below(root);
-    if (!node)
-        return std::nullopt;
-    char *bytes = nullptr;
-    uint32_t size = 0;
-    plist_to_xml(node.get(), &bytes, &size);
-    const ListMemory owner(bytes);
-    if (bytes == nullptr)
-        return std::nullopt;
-    const QByteArray document(bytes, static_cast<qsizetype>(size));
-    // What a reader would refuse must not take a good file's place.
-    return isSafePropertyList(document, {}) ? std::optional(document) : std::nullopt;
+    PropertyListWriter writer(PropertyListLimits{});
+    return writer.write(root) ? std::optional(writer.document()) : std::nullopt;
 }
 
 PropertyListContent readPropertyListFile(const QString &path, const PropertyListLimits &limits)

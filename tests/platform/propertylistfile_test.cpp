@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/PropertyListFile.h"
+#include "platform/PropertyListWriter.h"
 
 #include <QFile>
 #include <QProcess>
@@ -57,6 +58,37 @@ QByteArray nested(int levels)
                     QByteArray("</array>").repeated(levels));
 }
 
+// One line for each element, one tab for each level.
+constexpr auto laidOut = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+                         "<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" "
+                         "\"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n"
+                         "<plist version=\"1.0\">\n"
+                         "<dict>\n"
+                         "\t<key>a&lt;&amp;&gt;</key>\n"
+                         "\t<array>\n"
+                         "\t\t<true/>\n"
+                         "\t\t<dict>\n"
+                         "\t\t\t<key>text</key>\n"
+                         "\t\t\t<string>a &lt; b</string>\n"
+                         "\t\t</dict>\n"
+                         "\t</array>\n"
+                         "\t<key>data</key>\n"
+                         "\t<data>ZG90cw==</data>\n"
+                         "\t<key>date</key>\n"
+                         "\t<date>2023-11-14T22:13:20Z</date>\n"
+                         "\t<key>none</key>\n"
+                         "\t<array>\n"
+                         "\t\t<array/>\n"
+                         "\t\t<dict/>\n"
+                         "\t\t<string></string>\n"
+                         "\t</array>\n"
+                         "\t<key>number</key>\n"
+                         "\t<integer>-7</integer>\n"
+                         "\t<key>real</key>\n"
+                         "\t<real>0.25</real>\n"
+                         "</dict>\n"
+                         "</plist>\n";
+
 } // namespace
 
 class PropertyListFileTest : public QObject
@@ -78,6 +110,36 @@ private Q_SLOTS:
                      qPrintable(sample().entries()[i].key));
         }
         QVERIFY(*back == PropertyValue(sample()));
+    }
+
+    void documents_areLaidOutAsOtherWritersDo()
+    {
+        const PropertyDictionary values{
+            {u"a<&>"_s, PropertyArray{true, PropertyDictionary{{u"text"_s, u"a < b"_s}}}},
+            {u"data"_s, QByteArray("dots")},
+            {u"date"_s, QDateTime::fromSecsSinceEpoch(1'700'000'000, Qt::UTC)},
+            {u"none"_s, PropertyArray{PropertyArray{}, PropertyDictionary{}, QString()}},
+            {u"number"_s, -7},
+            {u"real"_s, 0.25}};
+        QCOMPARE(*writePropertyList(values), QByteArray(laidOut));
+    }
+
+    // What a reader would refuse must not take a good file's place.
+    void writing_keepsTheLimitsOfReading()
+    {
+        const PropertyValue value = PropertyArray{true, PropertyArray{u"漢"_s}};
+        PropertyListWriter whole({});
+        QVERIFY(whole.write(value));
+        const qint64 size = whole.document().size();
+        for (const auto &[limits, isWithin] :
+             std::initializer_list<std::pair<PropertyListLimits, bool>>{
+                 {{.bytes = size, .depth = 4, .elements = 5}, true},
+                 {{.bytes = size - 1}, false},
+                 {{.depth = 3}, false},
+                 {{.elements = 4}, false}}) {
+            QCOMPARE(PropertyListWriter(limits).write(value), isWithin);
+            QCOMPARE(parsePropertyList(whole.document(), limits).has_value(), isWithin);
+        }
     }
 
     void reals_stayReals()
