@@ -29,7 +29,7 @@ public:
             duringLoad();
         const auto title = titles.find(request.address);
         if (title == titles.end())
-            return ReadError{404, QStringLiteral("HTTP"), QStringLiteral("ない <b>404</b>")};
+            return ReadError{404, QStringLiteral("HTTP"), QStringLiteral("ない\n<b>404</b>\u202e")};
         const QString item = request.address == itemsIn
                                  ? QStringLiteral("<item><title>x</title></item>")
                                  : QString();

@@ -75,8 +75,9 @@ private Q_SLOTS:
         const Message message{u"100%1 %@ %d"_s, u"%2"_s, u"%1%%"_s, std::nullopt, u"%s"_s};
         DisplaySwitches switches;
         switches.isDispDesc = true;
+        switches.isDispLine = true;
         QCOMPARE(displayLine(message, 1, 1, *message.date, switches),
-                 u"100%1 %@ %d＊＊＊%1%% %2【%s】"_s);
+                 u"100%1 %@ %d＊＊＊%1%% #1/1 %2【%s】"_s);
     }
 
     void emptyHeadlineWithoutOtherPartsIsAnEmptyLine()

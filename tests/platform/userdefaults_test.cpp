@@ -4,6 +4,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <atomic>
 #include <thread>
 
 using namespace Qt::Literals::StringLiterals;
@@ -219,6 +220,47 @@ private Q_SLOTS:
                  u"/home/somebody/.config/QoVelmorRSS/QoVelmorRSS.plist"_s);
         qputenv("XDG_CONFIG_HOME", "/etc/mine/");
         QCOMPARE(UserDefaults::defaultPath(), u"/etc/mine/QoVelmorRSS/QoVelmorRSS.plist"_s);
+    }
+
+    // An older state that is saved beside a newer one could take its place.
+    void savesOfTwoThreads_goOneAfterTheOther()
+    {
+        class MeetingCalls final : public FileCalls
+        {
+        public:
+            ssize_t write(int descriptor, const void *bytes, std::size_t count) override
+            {
+                isWriting = true;
+                if (++inside_ > 1)
+                    haveMet = true;
+                for (int i = 0; i < 30 && !haveMet; ++i) // time for the other one to come in
+                    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+                --inside_;
+                ++writes;
+                return FileCalls::write(descriptor, bytes, count);
+            }
+            std::atomic<bool> isWriting = false;
+            std::atomic<bool> haveMet = false;
+            std::atomic<int> writes = 0;
+
+        private:
+            std::atomic<int> inside_ = 0;
+        } calls;
+        UserDefaults store(path_, calls);
+        {
+            std::vector<std::jthread> workers;
+            for (int thread = 0; thread < 2; ++thread) {
+                workers.emplace_back([&store, &calls, thread] {
+                    // The second one has something to save while the first one writes.
+                    while (thread == 1 && !calls.isWriting)
+                        std::this_thread::yield();
+                    store.setInteger(thread, u"key%1"_s.arg(thread));
+                    store.synchronize();
+                });
+            }
+        }
+        QVERIFY(!calls.haveMet);
+        QCOMPARE(calls.writes, 2);
     }
 
     void manyThreads_loseNothing()
