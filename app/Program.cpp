@@ -138,8 +138,9 @@ void Program::makeTrayIcon()
 int Program::run()
 {
     const ExitSignals exitSignals([this] { control_.actQuit(); });
-    const PowerWatcher powerWatcher([this] { control_.willSleepHandle(); },
-                                    [this] { control_.didWakeHandle(); });
+    const PowerWatcher powerWatcher(
+        [this](PowerWatcher::DelayLock delay) { control_.willSleepHandle(std::move(delay)); },
+        [this] { control_.didWakeHandle(); });
     const RaiseService raiseService(QFileInfo(defaults_.path()).path(),
                                     [this] { control_.secondLaunch(); });
     mainThread_.post([this] { launch(); });

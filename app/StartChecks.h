@@ -15,8 +15,8 @@ public:
 };
 
 /// While it lives, exit() called from within (the toolkit does so when its display goes away) ends
-/// the process at once: other threads still run, and destroying what is global would pull the
-/// ground from under them.
+/// the process at once, with one clear line on standard error and status 1: other threads still
+/// run, and destroying what is global would pull the ground from under them.
 class ExitsAtOnce
 {
 public:

@@ -156,10 +156,10 @@ void VelmorRSS::secondLaunch()
         window_->showMainWindow();
 }
 
-void VelmorRSS::willSleepHandle()
+void VelmorRSS::willSleepHandle(std::shared_ptr<const void> delay)
 {
     if (isBusy()) {
-        sleepNoted_ = true;
+        powerNoted_.emplace_back([this, delay = std::move(delay)] { willSleepHandle(delay); });
         return;
     }
     displayedBefore_ = isDisplayActive();
@@ -171,7 +171,7 @@ void VelmorRSS::willSleepHandle()
 void VelmorRSS::didWakeHandle()
 {
     if (isBusy()) {
-        wakeNoted_ = true;
+        powerNoted_.emplace_back([this] { didWakeHandle(); });
         return;
     }
     if (std::exchange(displayedBefore_, false))
@@ -188,10 +188,8 @@ void VelmorRSS::doWhatWasNoted()
     }
     if (std::exchange(secondLaunchNoted_, false))
         window_->showMainWindow();
-    if (std::exchange(sleepNoted_, false))
-        willSleepHandle();
-    if (std::exchange(wakeNoted_, false))
-        didWakeHandle();
+    for (const auto &handle : std::exchange(powerNoted_, {}))
+        handle();
 }
 
 // State.

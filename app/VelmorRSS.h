@@ -10,6 +10,8 @@
 #include <atomic>
 #include <chrono>
 #include <functional>
+#include <memory>
+#include <vector>
 
 namespace qovelmor {
 
@@ -67,7 +69,10 @@ public:
     bool applicationShouldHandleReopen();
     /// Another start of the program: the main window comes up.
     void secondLaunch();
-    void willSleepHandle();
+    /// Stops the display and clears the board. `delay` is what keeps the machine from falling
+    /// asleep meanwhile; it is let go of when that is done.
+    void willSleepHandle(std::shared_ptr<const void> delay = {});
+    /// The display that was running before goes on.
     void didWakeHandle();
 
     // State.
@@ -171,9 +176,8 @@ private:
 
     int busyDepth_ = 0;
     bool quitNoted_ = false;
-    bool sleepNoted_ = false;
-    bool wakeNoted_ = false;
     bool secondLaunchNoted_ = false;
+    std::vector<std::function<void()>> powerNoted_; ///< sleep and wake, in the order they came in
 
     RunCycle cycle_; // last: its thread uses everything above
 };

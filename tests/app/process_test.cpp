@@ -33,29 +33,6 @@ bool isListening(const RunningProgram &program)
     return false;
 }
 
-/// An X server of the test's own.
-class OwnDisplay
-{
-public:
-    bool start()
-    {
-        server_.start(u"Xvfb"_s, {u"-displayfd"_s, u"1"_s, u"-nolisten"_s, u"tcp"_s});
-        return server_.waitForStarted() && server_.waitForReadyRead() &&
-               !(number_ = server_.readAllStandardOutput().trimmed()).isEmpty();
-    }
-    QString name() const { return u':' + QString::fromLatin1(number_); }
-    void kill()
-    {
-        server_.kill();
-        server_.waitForFinished();
-    }
-    ~OwnDisplay() { kill(); }
-
-private:
-    QProcess server_;
-    QByteArray number_;
-};
-
 } // namespace
 
 class ProcessTest : public QObject
@@ -101,22 +78,6 @@ private Q_SLOTS:
         QVERIFY2(program.errors().startsWith("qovelmorrss: no display"),
                  program.errors().constData());
         QCOMPARE(program.errors().count('\n'), 1);
-    }
-
-    void displayThatGoesAway_endsTheProgramWithoutACrash()
-    {
-        OwnDisplay display;
-        QVERIFY2(display.start(), "Xvfb is needed");
-        RunningProgram program;
-        addFeed(program);
-        program.set(u"DisplayAuto"_s, true);
-        program.setVariable(u"QT_QPA_PLATFORM"_s, u"xcb"_s);
-        program.setVariable(u"DISPLAY"_s, display.name());
-        QVERIFY(program.start());
-        QTRY_VERIFY_WITH_TIMEOUT(program.logBook().contains(u" RSS表示:"_s), happensSoon);
-        display.kill();
-        QCOMPARE(program.waitForEnd(endsSoon), 1);
-        QVERIFY(program.isStoreWhole());
     }
 
     void signal_endsInOrder_data()
