@@ -59,6 +59,9 @@ void QtMainThread::pump(std::chrono::milliseconds limit)
 {
     Q_ASSERT(isCurrent());
     ++pumping_;
+    // When the pump itself runs within a posted call, the event loop takes those behind it for
+    // known, and leaves them until something else is posted.
+    QCoreApplication::sendPostedEvents();
     if (limit > std::chrono::milliseconds::zero()) {
         QTimer wakeUp;
         wakeUp.setSingleShot(true);

@@ -18,6 +18,7 @@ class QtMainThreadTest : public QObject
 private Q_SLOTS:
     void postedCallsRunOnTheMainThreadInOrder();
     void pumpRunsPostedCalls();
+    void pumpWithinAPostedCall_runsThoseBehindIt();
     void pumpEatsWhatTheUserDoes();
     void outsideThePumpInputArrives();
     void sleepOfTheMainThreadRunsPostedCallsUntilItsDeadline();
@@ -50,6 +51,22 @@ void QtMainThreadTest::pumpRunsPostedCalls()
     mainThread.post([&] { called = true; });
     mainThread.pump(0ms);
     QVERIFY(called);
+}
+
+// What the system says to us while a command waits stands in the same queue as the command.
+void QtMainThreadTest::pumpWithinAPostedCall_runsThoseBehindIt()
+{
+    QtMainThread mainThread;
+    bool isDone = false;
+    bool isSecondRun = false;
+    mainThread.post([&] {
+        for (int turn = 0; turn < 10; ++turn)
+            mainThread.pump(5ms);
+        QVERIFY(isSecondRun);
+        isDone = true;
+    });
+    mainThread.post([&] { isSecondRun = true; });
+    QTRY_VERIFY(isDone);
 }
 
 void QtMainThreadTest::pumpEatsWhatTheUserDoes()

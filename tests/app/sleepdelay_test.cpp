@@ -93,7 +93,7 @@ struct Bench
         QTest::qWait(wouldHappenAtOnce);
         return lines() == before;
     }
-    Inhibitor &lock(std::size_t index) { return *std::next(login->inhibitors.begin(), index); }
+    Inhibitor &lock(int index) { return *std::next(login->inhibitors.begin(), index); }
     bool hasLocks(std::size_t count) const
     {
         return QTest::qWaitFor([&] { return login->inhibitors.size() == count; }, happensSoon);
@@ -198,7 +198,7 @@ void SleepDelayTest::wakeBeforeTheWorkIsDone_keepsTheNewLock()
     }
     bench.feed.open();
     QVERIFY(Bench::isGivenBack(bench.lock(0)));
-    QVERIFY(bench.isDisplaying());
+    QVERIFY2(bench.isDisplaying(), qPrintable(bench.program.logBook()));
     QVERIFY(bench.lock(2).isHeld());
     QCOMPARE(bench.program.terminate(endsSoon), 0);
 }
