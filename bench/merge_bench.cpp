@@ -110,10 +110,26 @@ void mergeAndStore(benchmark::State &state)
     }
 }
 
+// A setting changes while that many messages are remembered: the store is written whole.
+void storeOneSetting(benchmark::State &state)
+{
+    QTemporaryDir folder;
+    UserDefaults defaults(folder.filePath(u"store.plist"_s));
+    const auto all = sites(static_cast<int>(state.range(0)));
+    defaults.setArray(toArray(merged(all)), u"LastRSSMessages"_s);
+    int value = 0;
+    for (auto _ : state) {
+        defaults.setInteger(++value, u"LEDSpeed"_s);
+        if (!defaults.synchronize())
+            state.SkipWithError("the store could not be written");
+    }
+}
+
 } // namespace
 
 BENCHMARK(mergeInOrder)->Arg(1'000)->Arg(10'000)->Arg(100'000)->Unit(benchmark::kMillisecond);
 BENCHMARK(mergeAtRandom)->Arg(1'000)->Arg(10'000)->Arg(100'000)->Unit(benchmark::kMillisecond);
 BENCHMARK(mergeAndStore)->Arg(1'000)->Arg(10'000)->Arg(100'000)->Unit(benchmark::kMillisecond);
+BENCHMARK(storeOneSetting)->Arg(100)->Arg(1'000)->Arg(10'000)->Unit(benchmark::kMillisecond);
 
 BENCHMARK_MAIN();

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/PropertyListWriter.h"
 
+#include <QStringBuilder>
+
 #include <algorithm>
 #include <cmath>
 
@@ -146,29 +148,19 @@ void PropertyListWriter::operator()(const PropertyValue::Shared<PropertyDictiona
 void PropertyListWriter::writeElement(QByteArrayView name, QByteArrayView content)
 {
     beginLine();
-    document_ += '<';
-    document_ += name;
-    document_ += '>';
-    document_ += content;
-    document_ += "</";
-    document_ += name;
-    document_ += ">\n";
+    document_ += '<' % name % '>' % content % "</" % name % ">\n";
 }
 
 void PropertyListWriter::writeEmptyElement(QByteArrayView name)
 {
     beginLine();
-    document_ += '<';
-    document_ += name;
-    document_ += "/>\n";
+    document_ += '<' % name % "/>\n";
 }
 
 void PropertyListWriter::beginElement(QByteArrayView name)
 {
     beginLine();
-    document_ += '<';
-    document_ += name;
-    document_ += ">\n";
+    document_ += '<' % name % ">\n";
     ++depth_;
 }
 
@@ -176,9 +168,7 @@ void PropertyListWriter::endElement(QByteArrayView name)
 {
     --depth_;
     document_.append(depth_, '\t');
-    document_ += "</";
-    document_ += name;
-    document_ += ">\n";
+    document_ += "</" % name % ">\n";
 }
 
 // One element begins: within the outermost one, and within those that are open.
