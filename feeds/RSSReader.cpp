@@ -23,6 +23,9 @@ constexpr std::chrono::seconds cleanupLimit{1};
 const QString pulloutPlace = u"watchBreak:RSSReader:pulloutTextString"_s;
 const QString headPlace = u"watchBreak:RSSReader:removeHeadSpace"_s;
 
+/// A document may have 300,000 items of which the same has to be said: the first say enough.
+constexpr int mostLinesOfARead = 20;
+
 int resultCode(Extraction result)
 {
     switch (result) {
@@ -249,6 +252,8 @@ int RSSReader::takeDocument(const LoadedFeed &feed)
     read->address = address();
     read->format = format();
     read->validators = feed.validators;
+    watchBreaks_ = 0;
+    indexErrors_ = 0;
     const auto clean = [this](const QString &text) {
         return pulloutTextString(text).value_or(u""_s);
     };
@@ -339,7 +344,7 @@ ItemRecord RSSReader::record(const Results &read, int index) const
         ++number;
         if (isInside(list, index))
             return list[static_cast<std::size_t>(index)];
-        if (std::exchange(isComplete, false))
+        if (std::exchange(isComplete, false) && indexErrors_++ < mostLinesOfARead)
             systemLog(logFeeds(), u"headlineAtIndex%1:index error"_s.arg(number));
         return u""_s;
     };
@@ -407,6 +412,8 @@ bool RSSReader::isExistSummary(const XmlNode &element) const
 
 void RSSReader::logWatchBreak(const QString &place) const
 {
+    if (watchBreaks_++ >= mostLinesOfARead)
+        return;
     ReadLog *log = nullptr;
     {
         const std::lock_guard lock(mutex_);

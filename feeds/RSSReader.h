@@ -122,6 +122,8 @@ private:
     std::atomic<bool> watchLoop_{false};
     std::atomic<bool> watchBreak_{false};
     const bool isReaderChanged_ = false;
+    mutable std::atomic<int> watchBreaks_{0}; ///< logged of the document read last
+    mutable std::atomic<int> indexErrors_{0};
 
     mutable std::mutex mutex_; // leaf: guards what follows, never held while calling out
     ReadLog *msgList_ = nullptr;

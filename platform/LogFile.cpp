@@ -45,7 +45,7 @@ int openPlain(const QByteArray &name, int extraFlags)
 
 } // namespace
 
-std::shared_ptr<LogFile> LogFile::create(const QString &path)
+std::shared_ptr<LogFile> LogFile::create(const QString &path, qint64 largest)
 {
     const QByteArray name = QFile::encodeName(path);
     struct stat status = {};
@@ -56,10 +56,12 @@ std::shared_ptr<LogFile> LogFile::create(const QString &path)
     const int descriptor = openPlain(name, O_EXCL);
     if (descriptor < 0)
         return nullptr;
-    return std::shared_ptr<LogFile>(new LogFile(descriptor, path));
+    return std::shared_ptr<LogFile>(new LogFile(descriptor, path, largest));
 }
 
-LogFile::LogFile(int descriptor, QString path) : descriptor_(descriptor), path_(std::move(path)) {}
+LogFile::LogFile(int descriptor, QString path, qint64 largest)
+    : descriptor_(descriptor), path_(std::move(path)), largest_(largest)
+{}
 
 LogFile::~LogFile()
 {
@@ -72,12 +74,27 @@ bool LogFile::writeLine(const QByteArray &line)
     struct stat before = {};
     if (!followPath() || ::fstat(descriptor_, &before) != 0)
         return false;
+    if (before.st_size + line.size() > largest_ && before.st_size > 0) {
+        if (!setAside())
+            return false;
+        before.st_size = 0;
+    }
     if (writeAll(descriptor_, line))
         return ::fdatasync(descriptor_) == 0;
     // What went through of a line on a full disk must not become the beginning of the next one;
     // where that cannot be undone either, the line is lost all the same.
     [[maybe_unused]] const int undone = ::ftruncate(descriptor_, before.st_size);
     return false;
+}
+
+// What fails for weeks must not fill the disk. Where the file cannot be kept under another name,
+// its lines go: the newest are the ones that somebody will look for.
+bool LogFile::setAside()
+{
+    const QByteArray name = QFile::encodeName(path_);
+    if (::rename(name.constData(), (name + ".1").constData()) == 0)
+        return followPath();
+    return ::ftruncate(descriptor_, 0) == 0;
 }
 
 // A person may delete, move or replace the file while it is open: the line goes where they look.

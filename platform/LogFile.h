@@ -13,9 +13,14 @@ namespace qovelmor {
 class LogFile
 {
 public:
+    /// Months of an ordinary day's lines; days of a board that never answers.
+    static constexpr qint64 defaultLargest = 32 * 1024 * 1024;
+
     /// Deletes what stands at `path` (in a folder that exists), creates an empty file and opens it
     /// for writing. Null when that fails or when the path names something that is no plain file.
-    static std::shared_ptr<LogFile> create(const QString &path);
+    /// `largest` bounds the file: before a line that would make it larger it is set aside as
+    /// "<path>.1", in place of the one set aside before it.
+    static std::shared_ptr<LogFile> create(const QString &path, qint64 largest = defaultLargest);
 
     ~LogFile();
     LogFile(const LogFile &) = delete;
@@ -29,11 +34,13 @@ public:
     const QString &path() const { return path_; }
 
 private:
-    LogFile(int descriptor, QString path);
+    LogFile(int descriptor, QString path, qint64 largest);
     bool followPath();
+    bool setAside();
 
     int descriptor_;
     QString path_;
+    qint64 largest_;
     std::mutex mutex_;
 };
 

@@ -307,6 +307,31 @@ private Q_SLOTS:
                  std::vector<QString>{u"watchBreak:RSSReader:pulloutTextString"_s});
     }
 
+    // Hundreds of thousands of lines, read after read, would fill the disk in a week.
+    void documentOfWhichTheSameIsToBeSaidOfEachItem_isLoggedAFewTimes()
+    {
+        RecordingLog log;
+        QByteArray items;
+        for (int i = 0; i < 200; ++i)
+            items += item("<title>一</title><description>1 &gt; 0 &lt;b&gt;</description>");
+        const auto made = reader(feedformat::rss2);
+        made->setMessageList(&log);
+        for (std::size_t read = 1; read <= 2; ++read) {
+            loader_.answerWith(rss2(items));
+            QCOMPARE(made->readHeadlines(), 0);
+            QCOMPARE(made->count(), 200);
+            QCOMPARE(log.watchBreaks.size(), read * 20); // each read says so anew
+            static int warnings = 0;
+            warnings = 0;
+            const auto before = qInstallMessageHandler(
+                [](QtMsgType, const QMessageLogContext &, const QString &) { ++warnings; });
+            for (int i = 0; i < 200; ++i)
+                made->headlineAtIndex(i); // there are no links
+            qInstallMessageHandler(before);
+            QCOMPARE(warnings, 20);
+        }
+    }
+
     void headlineAtIndex_outside_namesTheFirstListThatIsTooShort_data()
     {
         QTest::addColumn<QByteArray>("document");

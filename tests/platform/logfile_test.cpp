@@ -3,6 +3,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -141,6 +142,48 @@ private Q_SLOTS:
         QVERIFY(QFile::remove(path_));
         QCOMPARE(::symlink("/dev/null", QFile::encodeName(path_).constData()), 0);
         QVERIFY(!log->writeLine("two\n"));
+    }
+
+    void largeFile_isSetAside()
+    {
+        constexpr int count = 1000;
+        constexpr qint64 largest = 4000;
+        const auto log = LogFile::create(path_, largest);
+        const QString aside = path_ + u".1"_s;
+        QByteArray all;
+        for (int i = 0; i < count; ++i) {
+            const QByteArray line = "line " + QByteArray::number(i) + '\n';
+            QVERIFY(log->writeLine(line));
+            all += line;
+            QVERIFY(QFileInfo(path_).size() <= largest);
+            QVERIFY(QFileInfo(aside).size() <= largest);
+        }
+        // The newest lines, whole and in order, stand in the two files.
+        const QByteArray kept = contentOf(aside) + contentOf(path_);
+        QVERIFY(kept.size() > largest);
+        QVERIFY(all.endsWith(kept));
+        QVERIFY(contentOf(path_).endsWith("line 999\n"));
+        QCOMPARE(QDir(folder_->path()).entryList(QDir::Files).size(), 2);
+    }
+
+    void largeFileThatCannotBeSetAside_losesItsOldLines()
+    {
+        QVERIFY(QDir(folder_->path()).mkpath(u"Logbook.txt.1/kept"_s));
+        const auto log = LogFile::create(path_, 20);
+        for (int i = 0; i < 100; ++i) {
+            QVERIFY(log->writeLine("0123456789\n"));
+            QVERIFY(QFileInfo(path_).size() <= 20);
+        }
+        QCOMPARE(contentOf(path_), QByteArray("0123456789\n"));
+        QVERIFY(QFile::exists(path_ + u".1/kept"_s));
+    }
+
+    void lineLargerThanTheBound_isStillOneLine()
+    {
+        const auto log = LogFile::create(path_, 5);
+        QVERIFY(log->writeLine("0123456789\n"));
+        QVERIFY(log->writeLine("abcdefghij\n"));
+        QCOMPARE(contentOf(path_), QByteArray("abcdefghij\n"));
     }
 
     void fullDisk_leavesNoHalfLine()
