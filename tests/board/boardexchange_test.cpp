@@ -2,6 +2,7 @@
 #include "tests/board/BoardBench.h"
 #include "tests/board/StridingClock.h"
 
+#include <future>
 #include <random>
 
 using namespace qovelmor;
@@ -33,6 +34,7 @@ private Q_SLOTS:
     void parsingThatTakesTooLong_isCutOff();
     void exchangesOfManyThreads_areWhole();
     void lostPort_isToldOnceAndAfterTheExchange();
+    void lostPort_isToldWithoutTheLock();
     void anyReply_isBoundedAndHarmless();
     void lineThatTakesNothing_keepsAnExchangeWaitingOnce();
 };
@@ -346,6 +348,46 @@ void BoardExchangeTest::lostPort_isToldOnceAndAfterTheExchange()
     QVERIFY(!b.system.openSerialPortWithNumber(0));
     QVERIFY(steady_clock::now() - start < 200ms);
     QCOMPARE(b.log.lines().size(), 3);
+}
+
+// Who is told may ask the board from another thread and wait for that.
+void BoardExchangeTest::lostPort_isToldWithoutTheLock()
+{
+    class AskingListener final : public PortLoss
+    {
+    public:
+        explicit AskingListener(VelmorSystem &system) : system_(system) {}
+        ~AskingListener()
+        {
+            if (asker_.joinable())
+                asker_.join();
+        }
+        AskingListener(const AskingListener &) = delete;
+        AskingListener &operator=(const AskingListener &) = delete;
+
+        void portLost(const PortLossAlert &) override
+        {
+            asker_ = std::thread([this] {
+                system_.sc_mode();
+                hasAnswer_.set_value();
+            });
+            wasAnswered = hasAnswer_.get_future().wait_for(3s) == std::future_status::ready;
+        }
+        bool wasAnswered = false;
+
+    private:
+        VelmorSystem &system_;
+        std::promise<void> hasAnswer_;
+        std::thread asker_;
+    };
+    BoardBench b;
+    AskingListener listener(b.system);
+    b.system.setPortLoss(&listener);
+    b.far.hangUp();
+    StdoutCapture quiet;
+    b.system.sc_mode();
+    QVERIFY(b.system.isLost());
+    QVERIFY(listener.wasAnswered);
 }
 
 void BoardExchangeTest::anyReply_isBoundedAndHarmless()

@@ -28,6 +28,7 @@ private Q_SLOTS:
     void untilEOS_waitsForTheLastMark();
     void untilEOS_marksCutInTwo();
     void untilEOS_timesOutAndReopens();
+    void untilEOS_timeBeginsWhenTheCommandHasLeft();
     void untilEOS_receiveStringThatTimesOut_isError2();
     void untilEOS_seesAByteWithinTwoMilliseconds();
     void countEOS_data();
@@ -167,6 +168,16 @@ void SerialReceiveTest::untilEOS_marksCutInTwo()
     const LateSender sender(b.far, 40ms, "\x41 O");
     const LateSender second(b.far, 80ms, "k.");
     QCOMPARE(b.port.receiveStringUntilEOSWithSkip(0), std::optional(u"D ア Ok."_s));
+}
+
+// A command of 1920 bytes is on its way for a second at 19200 baud.
+void SerialReceiveTest::untilEOS_timeBeginsWhenTheCommandHasLeft()
+{
+    SerialBench b;
+    QVERIFY(b.port.sendEffectiveString(QString(1920, u'x')));
+    const LateSender sender(b.far, 500ms, "Ok.");
+    QCOMPARE(b.port.receiveStringUntilEOSWithSkip(0), std::optional(u"Ok."_s));
+    QVERIFY(b.log.lines().isEmpty());
 }
 
 void SerialReceiveTest::untilEOS_timesOutAndReopens()

@@ -2,7 +2,7 @@
 #pragma once
 
 #include <QByteArray>
-#include <QtGlobal>
+#include <QTest>
 
 #include <sys/mman.h>
 #include <unistd.h>
@@ -25,6 +25,11 @@ public:
     }
     ~StdoutCapture()
     {
+        // Among what was taken is the reason for which the test fails.
+        if (saved_ >= 0 && QTest::currentTestFailed()) {
+            const QByteArray said = text();
+            std::fwrite(said.constData(), 1, static_cast<std::size_t>(said.size()), stdout);
+        }
         restore();
         ::close(store_);
     }
