@@ -72,6 +72,10 @@ MainMenu::MainMenu(QMenuBar &bar, VelmorRSS &control, MessageList &msgList)
                            &VelmorRSS::actOpenLEDWindow});
 
     QMenu *help = addMenu(bar, u"helpMenu"_s, u"MenuHelp"_s);
+    QAction *guide = addPlainItem(*help, u"actGuide"_s, u"MenuGuide"_s);
+    guide->setShortcut(QKeySequence::HelpContents);
+    guide->setShortcutContext(Qt::ApplicationShortcut); // whichever window raises the question
+    connect(guide, &QAction::triggered, this, &MainMenu::guideRequested);
     QAction *about = addPlainItem(*help, u"actAbout"_s, u"MenuAbout"_s);
     connect(about, &QAction::triggered, this, &MainMenu::aboutRequested);
 }

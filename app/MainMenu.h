@@ -40,6 +40,7 @@ public:
     void validateItems();
 
 Q_SIGNALS:
+    void guideRequested();
     void aboutRequested();
 
 private:

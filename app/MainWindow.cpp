@@ -24,6 +24,7 @@
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QPointer>
+#include <QPushButton>
 #include <QScreen>
 #include <QSplitter>
 #include <QTabWidget>
@@ -154,6 +155,11 @@ void MainWindow::addWindow(QWidget *window, const QString &name, const QString &
     menu_->addWindowItem(item);
 }
 
+void MainWindow::setGuide(QWidget *window)
+{
+    connect(menu_, &MainMenu::guideRequested, window, [window] { bringUp(*window); });
+}
+
 // What the window shows. --------------------------------------------------------------------------
 
 void MainWindow::showNotice(const QString &text)
@@ -198,7 +204,8 @@ void MainWindow::showAbout()
     about->setText(localized(u"AboutText"_s).arg(QCoreApplication::applicationVersion()));
     about->setInformativeText(localized(u"AboutInfo"_s));
     keepTextsPlain(*about);
-    about->addButton(localized(u"Understand"_s), QMessageBox::AcceptRole);
+    about->addButton(localized(u"Understand"_s), QMessageBox::AcceptRole)
+        ->setObjectName(u"aboutButton"_s);
     about->setAttribute(Qt::WA_DeleteOnClose);
     about->open();
 }

@@ -50,6 +50,8 @@ public:
     /// A window of its own that an item of the window menu brings up; the item carries `name`.
     void addWindow(QWidget *window, const QString &name, const QString &itemTextKey,
                    const QKeySequence &keys = {});
+    /// The window that the help menu brings up.
+    void setGuide(QWidget *window);
     MainMenu &menu() const { return *menu_; }
     /// Whether closing the window only hides it, because something can bring it back. Otherwise it
     /// quits.

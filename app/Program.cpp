@@ -2,6 +2,7 @@
 #include "app/Program.h"
 
 #include "app/ExitSignals.h"
+#include "app/GuideWindow.h"
 #include "app/MainMenu.h"
 #include "app/MainWindow.h"
 #include "app/PowerWatcher.h"
@@ -14,6 +15,7 @@
 #include "messages/views/LEDWindow.h"
 #include "messages/views/MessageListView.h"
 #include "messages/views/MessageSwitchesView.h"
+#include "platform/views/PlaceKeeper.h"
 #include "schedule/views/TimerView.h"
 #include "settings/views/SettingsView.h"
 
@@ -102,6 +104,7 @@ void Program::makeWindows()
                                      feedView, messageView, *ledWindow_);
     control_.setWindow(*mainWindow_);
     addSettings();
+    addWindows();
     makeTrayIcon();
     if (commandLine_.terminal)
         terminalView_ = std::make_unique<TerminalView>(screen_, msgList_);
@@ -117,9 +120,17 @@ void Program::addSettings()
                          mainWindow_->showMainWindow();
                          mainWindow_->selectTab(identifier);
                      });
+}
+
+void Program::addWindows()
+{
     timerWindow_ = std::make_unique<TimerView>(rssTimer_);
+    new PlaceKeeper(*timerWindow_, defaults_, u"TimerWindowGeometry"_s);
     mainWindow_->addWindow(timerWindow_.get(), u"actOpenTimerWindow"_s, u"MenuTimers"_s,
                            Qt::CTRL | Qt::Key_T);
+    guideWindow_ = std::make_unique<GuideWindow>();
+    new PlaceKeeper(*guideWindow_, defaults_, u"GuideWindowGeometry"_s);
+    mainWindow_->setGuide(guideWindow_.get());
 }
 
 // What a person needs while the main window is hidden stands in the icon's menu.

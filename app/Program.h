@@ -25,6 +25,7 @@
 
 namespace qovelmor {
 
+class GuideWindow;
 class MainWindow;
 class LEDWindow;
 class TimerView;
@@ -47,6 +48,7 @@ private:
     void connectParts();
     void makeWindows();
     void addSettings();
+    void addWindows();
     void makeTrayIcon();
     void launch();
     void startOnce();
@@ -76,6 +78,7 @@ private:
     SerialDeviceNotifier serialDevices_;
     std::unique_ptr<LEDWindow> ledWindow_;
     std::unique_ptr<TimerView> timerWindow_;
+    std::unique_ptr<GuideWindow> guideWindow_;
     std::unique_ptr<MainWindow> mainWindow_;
     std::unique_ptr<TrayIcon> trayIcon_;
     std::unique_ptr<TerminalView> terminalView_;

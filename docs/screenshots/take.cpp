@@ -143,6 +143,7 @@ void Photographer::takeLists()
 
     takeMenu(u"menu-view"_s, u"viewMenu"_s);
     takeMenu(u"menu-display"_s, u"displayMenu"_s);
+    takeDialog(u"guide-window"_s, u"guideWindow"_s, [] { trigger(u"actGuide"_s); });
     takeDialog(u"about"_s, u"aboutDialog"_s, [] { trigger(u"actAbout"_s); });
 }
 

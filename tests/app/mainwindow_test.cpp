@@ -81,6 +81,7 @@ void MainWindowTest::menuHasEveryCommand_data()
     row("actDisplayFromSelection", u"選択した行から表示(&R)"_s, Qt::ALT | Qt::Key_Return);
     row("actOpenMainWindow", u"メイン画面を開く(&M)"_s);
     row("actOpenLEDWindow", u"LED 画面を開く(&L)"_s, Qt::CTRL | Qt::Key_L);
+    row("actGuide", u"使い方(&G)"_s, Qt::Key_F1);
     row("actAbout", u"QoVelmorRSS について(&A)"_s);
 }
 

@@ -26,6 +26,8 @@ private Q_SLOTS:
 
 namespace {
 
+constexpr QSize timersSize(720, 380);
+
 /// The store of a first run, but without the feeds and ports that it would find.
 void writeProfile(const QTemporaryDir &home)
 {
@@ -66,6 +68,7 @@ void addATimer(QWidget &main)
     QWidget *timers = window(u"timerWindow"_s);
     QVERIFY(timers != nullptr);
     QVERIFY(timers->isVisible());
+    timers->resize(timersSize);
     QTest::mouseClick(timers->findChild<QAbstractButton *>(u"createButton"_s), Qt::LeftButton);
     QTest::mouseClick(timers->findChild<QAbstractButton *>(u"actEditExecute"_s), Qt::LeftButton);
 }
@@ -95,6 +98,9 @@ void WindowsTest::settingsAndTimers_areReachedAndStored()
 
     const UserDefaults store(UserDefaults::defaultPath());
     QCOMPARE(store.integerForKey(u"ScrollSpeed"_s), 6);
+    QWidget again;
+    QVERIFY(again.restoreGeometry(store.dataForKey(u"TimerWindowGeometry"_s)));
+    QCOMPARE(again.size(), timersSize);
     QCOMPARE(store.arrayForKey(u"TimerList"_s).value_or(PropertyArray()).size(), std::size_t{1});
 }
 
