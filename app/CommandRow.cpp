@@ -8,7 +8,6 @@
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QPushButton>
-#include <QRegularExpression>
 #include <QStyle>
 #include <QToolButton>
 
@@ -17,17 +16,6 @@
 namespace qovelmor {
 
 using namespace Qt::Literals::StringLiterals;
-
-namespace {
-
-// A button's text as a screen reader says it: without the mark of its key, "(&S)".
-QString spoken(const QString &textKey)
-{
-    static const QRegularExpression keyMark(u"\\(&.\\)"_s);
-    return localized(textKey).remove(keyMark);
-}
-
-} // namespace
 
 CommandRow::CommandRow(VelmorRSS &control)
     : control_(control)
@@ -60,7 +48,7 @@ QPushButton *CommandRow::createButton(const QString &name, const QString &textKe
 {
     auto *button = new QPushButton(localized(textKey));
     button->setObjectName(name);
-    button->setAccessibleName(spoken(textKey));
+    button->setAccessibleName(spokenText(textKey));
     button->setToolTip(localized(tipKey));
     button->setAutoDefault(false);
     connect(button, &QPushButton::clicked, this,
@@ -74,7 +62,7 @@ QToolButton *CommandRow::createToggle(const QString &name, const QString &textKe
     auto *toggle = new QToolButton;
     toggle->setObjectName(name);
     toggle->setText(localized(textKey));
-    toggle->setAccessibleName(spoken(textKey));
+    toggle->setAccessibleName(spokenText(textKey));
     toggle->setToolTip(localized(tipKey));
     toggle->setCheckable(true);
     toggle->setFocusPolicy(Qt::StrongFocus);

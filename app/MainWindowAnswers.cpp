@@ -15,6 +15,7 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QScreen>
 #include <QSplitter>
 #include <QTabWidget>
@@ -203,7 +204,7 @@ void MainWindow::showAlert(const QString &title, const QString &text, const QStr
     alert->setObjectName(u"alert"_s);
     alert->setInformativeText(text);
     keepTextsPlain(*alert);
-    alert->addButton(button, QMessageBox::AcceptRole);
+    alert->addButton(button, QMessageBox::AcceptRole)->setObjectName(u"alertButton"_s);
     alert->setAttribute(Qt::WA_DeleteOnClose);
     if (answered)
         connect(alert, &QDialog::finished, this, [answered = std::move(answered)] { answered(); });

@@ -95,6 +95,8 @@ void VelmorRSS::applicationDidFinishLaunching(bool optionKeyHeld)
 
     controllers_.msgList.writeStringLog(u"QoVelmarRSS開始"_s);
     window_->selectTab(tab::list);
+    tabViewDidSelectTabViewItem(
+        tab::list); // also when that is the tab with which the window begins
     window_->createMenus();
     controllers_.setup.setUseNarrowFont(controllers_.setup.useNarrowFont());
     if (services_.defaults.integerForKey(ledButtonStateKey) == 1)

@@ -5,6 +5,7 @@
 #include <QHash>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QRegularExpression>
 
 // Outside the namespace: a static library's resources are registered by hand.
 static void registerResources()
@@ -37,6 +38,12 @@ QString localized(const QString &key)
 {
     static const QHash<QString, QString> table = readTable();
     return table.value(key, key);
+}
+
+QString spokenText(const QString &key)
+{
+    static const QRegularExpression marks(u"\\(&.\\)|…"_s);
+    return localized(key).remove(marks);
 }
 
 } // namespace qovelmor

@@ -9,4 +9,7 @@ namespace qovelmor {
 /// table does not hold is its own text.
 QString localized(const QString &key);
 
+/// The same as a screen reader says it: without the mark of its key, "(&S)", and the dots after it.
+QString spokenText(const QString &key);
+
 } // namespace qovelmor

@@ -70,6 +70,7 @@ QPushButton *FeedListView::createButton(const QString &name, const QString &text
 {
     auto *button = new QPushButton(localized(textKey));
     button->setObjectName(name);
+    button->setAccessibleName(spokenText(textKey));
     connect(button, &QPushButton::clicked, this,
             [this, command] { std::invoke(command, actions_); });
     return button;

@@ -12,7 +12,6 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
-#include <QRegularExpression>
 
 namespace qovelmor {
 
@@ -142,7 +141,7 @@ QWidget *TimerDialog::createActions()
         const auto &[name, key] = actions[static_cast<std::size_t>(column)];
         auto *radio = new QRadioButton(text(key));
         radio->setObjectName(QString::fromLatin1(name));
-        radio->setAccessibleName(QString(text(key)).remove(QRegularExpression(u"\\(&.\\)"_s)));
+        radio->setAccessibleName(spokenText(QString::fromLatin1(key)));
         actionRadio_->addButton(radio, column);
         layout->addWidget(radio);
     }
@@ -153,12 +152,11 @@ QWidget *TimerDialog::createActions()
 QWidget *TimerDialog::createButtons()
 {
     auto *buttons = new QDialogButtonBox;
-    QPushButton *execute = buttons->addButton(text("Execute"), QDialogButtonBox::AcceptRole);
-    execute->setObjectName(u"actEditExecute"_s);
-    execute->setDefault(true);
+    actEditExecute_ = buttons->addButton(text("Execute"), QDialogButtonBox::AcceptRole);
+    actEditExecute_->setObjectName(u"actEditExecute"_s);
     QPushButton *cancel = buttons->addButton(text("Cancel"), QDialogButtonBox::RejectRole);
     cancel->setObjectName(u"actEditCancel"_s);
-    for (QPushButton *button : {execute, cancel})
+    for (QPushButton *button : {actEditExecute_, cancel})
         button->setAccessibleName(button->text());
     connect(buttons, &QDialogButtonBox::accepted, this, [this] { Q_EMIT executed(draft()); });
     connect(buttons, &QDialogButtonBox::rejected, this, [this] { reject(); });
@@ -178,6 +176,7 @@ void TimerDialog::openWith(const QString &title, const TimerDraft &draft)
     renewHints();
     fireHourText_->setFocus();
     fireHourText_->selectAll();
+    actEditExecute_->setDefault(true); // and again when the focus leaves the other one
     open();
 }
 

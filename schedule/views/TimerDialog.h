@@ -11,6 +11,7 @@ class QButtonGroup;
 class QCheckBox;
 class QLabel;
 class QLineEdit;
+class QPushButton;
 
 namespace qovelmor {
 
@@ -47,6 +48,7 @@ private:
     QLabel *timeHint_ = nullptr;
     QButtonGroup *actionRadio_ = nullptr;
     QLineEdit *urlText_ = nullptr;
+    QPushButton *actEditExecute_ = nullptr;
 };
 
 } // namespace qovelmor

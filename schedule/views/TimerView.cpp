@@ -12,7 +12,6 @@
 #include <QHBoxLayout>
 #include <QPointer>
 #include <QPushButton>
-#include <QRegularExpression>
 #include <QShortcut>
 #include <QVBoxLayout>
 
@@ -72,10 +71,9 @@ TimerView::~TimerView()
 
 QWidget *TimerView::createButtonRow()
 {
-    static const QRegularExpression shortcutMark(u"\\(&.\\)"_s);
     useTimerCheck_ = new QCheckBox(localized(u"UseTimer"_s));
     useTimerCheck_->setObjectName(u"useTimerCheck"_s);
-    useTimerCheck_->setAccessibleName(localized(u"UseTimer"_s).remove(shortcutMark));
+    useTimerCheck_->setAccessibleName(spokenText(u"UseTimer"_s));
     connect(useTimerCheck_, &QCheckBox::clicked, this,
             [this](bool on) { schedule_.actUseTimerCheck(on); });
     createButton_ = createButton(u"createButton"_s, u"TimerAddButton"_s, &RSSTimer::actCreateTimer);
@@ -96,10 +94,9 @@ QWidget *TimerView::createButtonRow()
 
 QPushButton *TimerView::createButton(const QString &name, const QString &textKey, Command command)
 {
-    static const QRegularExpression marks(u"\\(&.\\)|…"_s);
     auto *button = new QPushButton(localized(textKey));
     button->setObjectName(name);
-    button->setAccessibleName(localized(textKey).remove(marks));
+    button->setAccessibleName(spokenText(textKey));
     connect(button, &QPushButton::clicked, this,
             [this, command] { std::invoke(command, schedule_); });
     return button;

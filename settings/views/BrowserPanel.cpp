@@ -25,7 +25,6 @@ BrowserPanel::BrowserPanel(const FilePanel &panel, const std::vector<BrowserEntr
     setAttribute(Qt::WA_DeleteOnClose);
     nameControl(list_, u"browserList"_s, spokenText(u"InstalledBrowsers"_s));
     nameControl(select_, u"browserSelect"_s, panel.button);
-    select_->setDefault(true);
     QPushButton *other = settingButton(u"browserFromFile"_s, u"BrowserFromFile"_s);
     QPushButton *cancel = settingButton(u"browserCancel"_s, u"Cancel"_s);
 
@@ -43,6 +42,8 @@ BrowserPanel::BrowserPanel(const FilePanel &panel, const std::vector<BrowserEntr
     layout->addWidget(label);
     layout->addWidget(list_, 1);
     layout->addLayout(buttons);
+    select_->setDefault(
+        true); // in its dialog, which makes it so again when the focus leaves others
     fill(browsers);
 
     const auto takeCurrent = [this] {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "settings/views/DisplayGroup.h"
 
+#include "platform/Localization.h"
 #include "settings/views/ColorWell.h"
 #include "settings/views/SettingControls.h"
 

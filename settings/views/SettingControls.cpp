@@ -8,7 +8,6 @@
 #include <QEvent>
 #include <QLabel>
 #include <QPushButton>
-#include <QRegularExpression>
 #include <QSignalBlocker>
 #include <QSpinBox>
 
@@ -36,12 +35,6 @@ public:
 };
 
 } // namespace
-
-QString spokenText(const QString &key)
-{
-    static const QRegularExpression marks(u"\\(&.\\)|…"_s);
-    return localized(key).remove(marks);
-}
 
 void nameControl(QWidget *control, const QString &name, const QString &spoken)
 {

@@ -12,10 +12,6 @@ class QWidget;
 
 namespace qovelmor {
 
-/// A text of the localisation table as a screen reader says it: without the mark of its shortcut
-/// key, "(&P)", and without the dots of a command that opens a dialog.
-QString spokenText(const QString &key);
-
 /// A check box with this name and the text of this key.
 QCheckBox *settingCheck(const QString &name, const QString &textKey);
 /// A button with this name and the text of this key.

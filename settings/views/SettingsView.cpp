@@ -201,7 +201,7 @@ void SettingsView::openAlert(const QString &message, const QString &informative,
     alert->setObjectName(u"alert"_s);
     alert->setInformativeText(informative);
     keepTextsPlain(*alert);
-    alert->addButton(button, QMessageBox::AcceptRole);
+    alert->addButton(button, QMessageBox::AcceptRole)->setObjectName(u"alertButton"_s);
     alert->setAttribute(Qt::WA_DeleteOnClose);
     alert->open();
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "settings/views/SoundGroup.h"
 
+#include "platform/Localization.h"
 #include "settings/views/SettingControls.h"
 
 #include <QComboBox>
