@@ -57,6 +57,7 @@ public:
     FeedLoad load(const FeedRequest &request) override
     {
         ++loads;
+        noteLoadOf(request.address);
         if (++inside_ > 1)
             overlapped = true;
         if (onLoad)
@@ -77,14 +78,27 @@ public:
         return LoadedFeed{std::make_shared<const XmlFeedDocument>(std::move(parsed.document)), {}};
     }
 
+    int loadsOf(const QString &address)
+    {
+        const std::lock_guard lock(mutex_);
+        return loadsOf_[address];
+    }
+
     std::function<void()> onLoad; ///< run in the middle of a load, on its thread
     std::atomic<int> loads = 0;
     std::atomic<bool> overlapped = false;
 
 private:
+    void noteLoadOf(const QString &address)
+    {
+        const std::lock_guard lock(mutex_);
+        ++loadsOf_[address];
+    }
+
     Clock &clock_;
     std::mutex mutex_;
     std::map<QString, QByteArray> documents_;
+    std::map<QString, int> loadsOf_;
     std::atomic<int> inside_ = 0;
 };
 
@@ -205,7 +219,10 @@ public:
 class RecordingSounds final : public SoundPlayer
 {
 public:
-    QStringList soundNames() const override { return {QStringLiteral("Basso")}; }
+    QStringList soundNames() const override
+    {
+        return {QStringLiteral("Basso"), QStringLiteral("Blow")};
+    }
     void play(const QString &name, float) override
     {
         const std::lock_guard lock(mutex_);
@@ -240,7 +257,7 @@ struct WholeProgram
         : folder(QStringLiteral("/dev/shm/qovelmorrss-test-XXXXXX"))
         , defaults(folder.filePath(QStringLiteral("store.plist")))
         , board(withBoard ? new TimedBoard(clock) : nullptr)
-        , setup({defaults, clock, sounds, mainThread, [] { return QStringList(); }},
+        , setup({defaults, clock, sounds, mainThread, [this] { return ports; }},
                 std::unique_ptr<BoardLink>(board))
         , rssList({defaults, {loader, clock}, mainThread})
         , msgList({clock, mainThread, defaults, sounds, folder.filePath(QStringLiteral("docs")),
@@ -301,6 +318,7 @@ struct WholeProgram
     ScheduleActions actions;
     PlainWindow window;
     std::vector<std::chrono::seconds> reuseAges;
+    QStringList ports; ///< what a program without a board offers
     TimedBoard *board;
     Setup setup;
     RSSList rssList;
