@@ -7,8 +7,11 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <sys/mman.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
+#include <algorithm>
 #include <random>
 #include <thread>
 
@@ -70,6 +73,7 @@ private Q_SLOTS:
     void wrongFiles();
     void anyBytes_neverReadOutside();
     void cutAnywhere_everyGlyphHasItsSize();
+    void cutAnywhere_nothingBehindTheBytesIsRead();
     void load_missingFileIsEmptyAndSilent();
     void load_badFileSaysSoOnce();
     void load_hugeFileIsCut();
@@ -213,6 +217,28 @@ void FontxFileTest::cutAnywhere_everyGlyphHasItsSize()
             }
         }
     }
+}
+
+// Behind the bytes the memory ends, so that reading one of them too many is a crash.
+void FontxFileTest::cutAnywhere_nothingBehindTheBytesIsRead()
+{
+    const std::size_t page = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
+    void *const memory =
+        ::mmap(nullptr, 2 * page, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    QVERIFY(memory != MAP_FAILED);
+    char *const edge = static_cast<char *>(memory) + page;
+    QCOMPARE(::mprotect(edge, page, PROT_NONE), 0);
+    const QByteArray whole = wordFont({{0x8140, 0x8142}, {0x889F, 0x88A0}}, 5);
+    for (qsizetype size = 0; size <= whole.size(); ++size) {
+        char *const start = edge - size;
+        std::copy_n(whole.constData(), size, start);
+        for (const Kind kind : {Kind::SingleByte, Kind::DoubleByte}) {
+            const FontxFile font(kind, QByteArray::fromRawData(start, size));
+            QCOMPARE(font.wordGlyph(0x88A0).size(), FontxFile::wordGlyphSize);
+            QCOMPARE(font.byteGlyph(255).size(), FontxFile::byteGlyphSize);
+        }
+    }
+    ::munmap(memory, 2 * page);
 }
 
 void FontxFileTest::load_missingFileIsEmptyAndSilent()
