@@ -7,6 +7,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <fcntl.h>
 #include <signal.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -107,6 +108,20 @@ private Q_SLOTS:
         QVERIFY(log->writeLine("two\n"));
         QCOMPARE(contentOf(path_), QByteArray("edited\ntwo\n"));
         QCOMPARE(contentOf(path_ + u".old"_s), QByteArray("one\n"));
+    }
+
+    void pipeThatSomebodyReads_isNotWritten()
+    {
+        const auto log = LogFile::create(path_);
+        QVERIFY(QFile::remove(path_));
+        const QByteArray name = QFile::encodeName(path_);
+        QCOMPARE(::mkfifo(name.constData(), 0600), 0);
+        const int reader = ::open(name.constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+        QVERIFY(reader >= 0);
+        QVERIFY(!log->writeLine("one\n"));
+        char byte = 0;
+        QVERIFY(::read(reader, &byte, 1) <= 0);
+        ::close(reader);
     }
 
     void linkInItsPlace_isNotFollowed()
