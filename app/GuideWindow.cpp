@@ -37,6 +37,7 @@ constexpr QSize factorySize{900, 640};
 constexpr int chaptersWidth = 200;
 constexpr int pictureWidth = 560; // all of it is seen beside the chapters
 constexpr int textMargin = 16;
+constexpr int roomAbove = 4;      // of a heading, not so much that the line before it shows
 constexpr int deepestChapter = 2; // of the headings, those above this level are listed
 
 /// Shows the pictures no wider than the page.
@@ -161,7 +162,7 @@ void GuideWindow::showChapter(int row)
     const QTextDocument &guide = *guideText_->document();
     const QTextBlock heading = guide.findBlock(chapter->data(Qt::UserRole).toInt());
     const qreal top = guide.documentLayout()->blockBoundingRect(heading).top();
-    guideText_->verticalScrollBar()->setValue(int(top) - textMargin);
+    guideText_->verticalScrollBar()->setValue(int(top) - roomAbove);
 }
 
 // From where the last one was; after the last one it begins again at the top.

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "ControlTable.h"
+#include "MenuTable.h"
 #include "WindowControls.h"
 #include "app/TrayIcon.h"
 
@@ -14,136 +14,6 @@ using namespace qovelmor;
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
-
-const auto mainWindow = u"mainWindow"_s;
-
-/// One row of the table of menu items: its place, its keys, and what it acts on.
-struct Item
-{
-    QString menu; ///< its object name, or for a menu of the right mouse button that of its view
-    QString name;
-    QKeySequence keys; ///< empty: the menu is the only way
-    Effect effect;
-    Deed before = {};
-    int number = 0; ///< of items that have one name, the one that is chosen
-    bool withBoard = false;
-};
-
-void showMessages(AllWindows &p)
-{
-    p.mainWindow.selectTab(tab::message);
-}
-
-void openTimers(AllWindows &p)
-{
-    p.press(Qt::Key_T, Qt::ControlModifier);
-}
-
-Effect selectsTab(const QString &name)
-{
-    return becomes(u"the tab"_s, name, [](AllWindows &p) { return p.mainWindow.selectedTab(); });
-}
-
-std::vector<Item> barItems()
-{
-    const auto feed = selected(mainWindow, u"rssListView"_s);
-    const auto message = inTurn({showMessages, selected(mainWindow, u"msgListView"_s)});
-    const auto shutLEDWindow = clicked(mainWindow, u"drawerButton"_s);
-    const auto ends = becomes(u"the program"_s, u"has ended"_s, [](AllWindows &p) {
-        return p.clock.sleepsEnded() && !p.mainWindow.isVisible() ? u"has ended"_s : u"runs"_s;
-    });
-    const auto rowHeight = stores(u"RSSRowHeight"_s);
-    const Deed enlarge = [](AllWindows &p) { p.press(Qt::Key_Plus, Qt::ControlModifier); };
-    const Deed useOutlines = [](AllWindows &p) { p.setup.setUseBitmapFont(false); };
-    return {
-        {u"fileMenu"_s, u"actGetRSS"_s, Qt::Key_F5, requests(u"http://town/a"_s)},
-        {u"fileMenu"_s, u"actLoadURL"_s, {}, opens(u"loadURLPanel"_s)},
-        {u"fileMenu"_s, u"actSaveURL"_s, {}, opens(u"saveURLPanel"_s)},
-        {u"fileMenu"_s, u"actQuit"_s, Qt::CTRL | Qt::Key_Q, ends},
-        {u"editMenu"_s, u"actCopyRow"_s, QKeySequence::Copy, copies(), feed},
-        {u"editMenu"_s, u"actPreferences"_s, Qt::CTRL | Qt::Key_Comma, selectsTab(tab::setup)},
-        {u"viewMenu"_s, u"actShowTab_list"_s, Qt::CTRL | Qt::Key_1, selectsTab(tab::list),
-         showMessages},
-        {u"viewMenu"_s, u"actShowTab_message"_s, Qt::CTRL | Qt::Key_2, selectsTab(tab::message)},
-        {u"viewMenu"_s, u"actShowTab_setup"_s, Qt::CTRL | Qt::Key_3, selectsTab(tab::setup)},
-        {u"viewMenu"_s, u"actSizeBigger"_s, QKeySequence::ZoomIn, rowHeight},
-        {u"viewMenu"_s, u"actSizeSmaller"_s, QKeySequence::ZoomOut, rowHeight},
-        {u"viewMenu"_s, u"actSizeOriginal"_s, Qt::CTRL | Qt::Key_0, rowHeight, enlarge},
-        {u"viewMenu"_s, u"actDescriptionDrawer"_s, Qt::CTRL | Qt::Key_I,
-         stores(u"DescButtonState"_s), showMessages},
-        {u"displayMenu"_s, u"actStartDisp"_s, Qt::CTRL | Qt::Key_D, displays(true)},
-        {u"displayMenu"_s, u"actStopDisp"_s, Qt::CTRL | Qt::Key_Period, displays(false),
-         startDisplay},
-        {u"displayMenu"_s, u"actOpenSelectedMessage"_s, Qt::CTRL | Qt::Key_Return, browses(),
-         message},
-        {u"displayMenu"_s, u"actDisplayFromSelection"_s, Qt::ALT | Qt::Key_Return, displays(true),
-         message},
-        {u"fontMenu"_s, u"actFontItem"_s, {}, stores(u"LEDViewFontName"_s), {}, 1},
-        {u"boarderMenu"_s,
-         u"actBoarderItem"_s,
-         {},
-         stores(u"FontBoarderValue"_s),
-         useOutlines,
-         30,
-         true},
-        {u"windowMenu"_s, u"actOpenLEDWindow"_s, Qt::CTRL | Qt::Key_L, opens(u"ledWindow"_s),
-         shutLEDWindow},
-        {u"windowMenu"_s, u"actOpenTimerWindow"_s, Qt::CTRL | Qt::Key_T, opens(u"timerWindow"_s)},
-        {u"helpMenu"_s, u"actGuide"_s, Qt::Key_F1, opens(u"guideWindow"_s)},
-        {u"helpMenu"_s, u"actAbout"_s, {}, opens(u"aboutDialog"_s)},
-    };
-}
-
-/// In the bar it rests as long as somebody sees the bar; it is chosen in the tray's menu.
-const auto restingItem = u"actOpenMainWindow"_s;
-
-std::vector<Item> trayItems()
-{
-    const Deed hide = [](AllWindows &p) { p.mainWindow.hideMainWindow(); };
-    std::vector<Item> items = {{u"trayMenu"_s, restingItem, {}, opens(mainWindow), hide}};
-    for (Item item : barItems()) {
-        if (item.name == u"actOpenLEDWindow"_s || item.name == u"actStartDisp"_s ||
-            item.name == u"actStopDisp"_s || item.name == u"actQuit"_s) {
-            item.menu = u"trayMenu"_s;
-            item.keys = {};
-            items.push_back(item);
-        }
-    }
-    return items;
-}
-
-std::vector<Item> rowItems()
-{
-    const auto list = u"rssListView"_s;
-    const auto feeds = stores(u"RSSSiteAddresses"_s);
-    const auto feed = selected(mainWindow, list);
-    const Deed second = [](AllWindows &p) {
-        auto *table = p.find<QTableView>(u"rssListView"_s);
-        p.WindowedProgram::selectRow(table, 1);
-    };
-    const auto timers = stores(u"TimerList"_s);
-    const auto timer = inTurn({openTimers, selected(u"timerWindow"_s, u"timerView"_s)});
-    const auto secondTimer = inTurn({timer, [](AllWindows &p) {
-                                         auto *table = p.find<QTableView>(u"timerView"_s);
-                                         p.WindowedProgram::selectRow(table, 1);
-                                     }});
-    return {
-        {list, u"rowOpen"_s, {}, browses(u"http://town/a"_s), feed},
-        {list, u"rowEdit"_s, {}, opens(u"addressPanel"_s), feed},
-        {list, u"rowDelete"_s, {}, opens(u"deleteRSSURLAlert"_s), feed},
-        {list, u"rowCopy"_s, {}, copies(), feed},
-        {list, u"rowMoveUp"_s, Qt::CTRL | Qt::Key_Up, feeds, second},
-        {list, u"rowMoveDown"_s, Qt::CTRL | Qt::Key_Down, feeds, feed},
-        {list, u"invertAll"_s, {}, feeds},
-        {u"timerView"_s, u"rowEdit"_s, {}, opens(u"timerPanel"_s), timer},
-        {u"timerView"_s, u"rowDelete"_s, {}, opens(u"deleteTimerAlert"_s), timer},
-        {u"timerView"_s, u"rowMoveUp"_s, Qt::CTRL | Qt::Key_Up, timers, secondTimer},
-        {u"timerView"_s, u"rowMoveDown"_s, Qt::CTRL | Qt::Key_Down, timers, timer},
-        {u"scrollView"_s, u"actOpenMessageOnDisplay"_s, Qt::Key_Return, browses(), startDisplay},
-        {u"scrollView"_s, u"actCloseLEDWindow"_s, Qt::CTRL | Qt::Key_W,
-         closesAndStores(u"ledWindow"_s, u"LEDButtonState"_s)},
-    };
-}
 
 /// The program with its icon in the tray.
 struct AllMenus : AllWindows
@@ -167,7 +37,7 @@ QList<QAction *> itemsOf(const QList<QAction *> &actions)
     return items;
 }
 
-QAction *itemOf(const QList<QAction *> &actions, const Item &row)
+QAction *itemOf(const QList<QAction *> &actions, const MenuItem &row)
 {
     QList<QAction *> named = actions;
     named.removeIf([&row](const QAction *one) { return one->objectName() != row.name; });
@@ -228,9 +98,9 @@ private Q_SLOTS:
 private:
     using Way = std::function<void(AllMenus &, const QAction &)>;
 
-    static void eachItem(const std::vector<Item> &items);
+    static void eachItem(const std::vector<MenuItem> &items);
     /// Observes the effect of a row when its item is chosen: by the menu, or by its shortcut.
-    static void expectEffect(AllMenus &p, const Item &row, QAction &item, const Way &choose);
+    static void expectEffect(AllMenus &p, const MenuItem &row, QAction &item, const Way &choose);
     /// Every menu with its name and its actions.
     static QMap<QString, QList<QAction *>> menusOf(AllMenus &p);
 };
@@ -253,7 +123,7 @@ void MenuControlsTest::everyItemIsInTheTable()
     AllMenus p;
     p.launchOnTab(tab::list);
     QSet<QString> listed = {u"windowMenu/"_s + restingItem};
-    for (const Item &row : barItems() + trayItems() + rowItems())
+    for (const MenuItem &row : barItems() + trayItems() + rowItems())
         listed.insert(row.menu + u'/' + row.name);
     QSet<QString> present;
     const auto menus = menusOf(p);
@@ -319,12 +189,12 @@ void MenuControlsTest::shortcutsAreUnique()
     QVERIFY(users.size() >= 15);
 }
 
-void MenuControlsTest::eachItem(const std::vector<Item> &items)
+void MenuControlsTest::eachItem(const std::vector<MenuItem> &items)
 {
     QTest::addColumn<int>("row");
     QTest::addColumn<bool>("byShortcut");
     for (int row = 0; row < int(items.size()); ++row) {
-        const Item &item = items[size_t(row)];
+        const MenuItem &item = items[size_t(row)];
         QTest::addRow("%s/%s, menu", qPrintable(item.menu), qPrintable(item.name)) << row << false;
         if (!item.keys.isEmpty())
             QTest::addRow("%s/%s, %s", qPrintable(item.menu), qPrintable(item.name),
@@ -333,7 +203,8 @@ void MenuControlsTest::eachItem(const std::vector<Item> &items)
     }
 }
 
-void MenuControlsTest::expectEffect(AllMenus &p, const Item &row, QAction &item, const Way &choose)
+void MenuControlsTest::expectEffect(AllMenus &p, const MenuItem &row, QAction &item,
+                                    const Way &choose)
 {
     QFETCH(bool, byShortcut);
     p.settle();
@@ -362,7 +233,7 @@ void MenuControlsTest::expectEffect(AllMenus &p, const Item &row, QAction &item,
 void MenuControlsTest::barItemsDoWhatTheTableSays()
 {
     QFETCH(int, row);
-    const Item item = barItems()[size_t(row)];
+    const MenuItem item = barItems()[size_t(row)];
     AllMenus p(item.withBoard);
     p.launchOnTab(tab::list);
     p.mainWindow.createMenus();
@@ -378,7 +249,7 @@ void MenuControlsTest::barItemsDoWhatTheTableSays()
 void MenuControlsTest::trayItemsDoWhatTheTableSays()
 {
     QFETCH(int, row);
-    const Item item = trayItems()[size_t(row)];
+    const MenuItem item = trayItems()[size_t(row)];
     AllMenus p;
     p.launchOnTab(tab::list);
     if (item.before)
@@ -395,7 +266,7 @@ void MenuControlsTest::trayItemsDoWhatTheTableSays()
 void MenuControlsTest::rowItemsDoWhatTheTableSays()
 {
     QFETCH(int, row);
-    const Item item = rowItems()[size_t(row)];
+    const MenuItem item = rowItems()[size_t(row)];
     AllMenus p;
     p.launchOnTab(tab::list);
     if (item.before)
