@@ -29,6 +29,7 @@ Stage ledWindow()
                 {u"scrollView"_s, keys({Qt::Key_Return}), browses(), startDisplay},
                 {u"scrollView"_s, keys({Qt::CTRL | Qt::Key_W, Qt::CTRL | Qt::Key_L}),
                  closesAndStores(u"ledWindow"_s, u"LEDButtonState"_s)},
+                {u"scrollView"_s, keys({Qt::Key_F1}), opens(u"guideWindow"_s)},
                 {u"ledDrawer"_s, copyText(), copies(), description},
             }};
 }
@@ -45,6 +46,7 @@ Stage timers()
                 {u"timerView"_s, keys({Qt::Key_Space, Qt::CTRL | Qt::Key_Down}), store, row},
                 {u"timerView"_s, keys({Qt::Key_Delete}), opens(u"deleteTimerAlert"_s), row},
                 {u"timerView"_s, keys({Qt::CTRL | Qt::Key_W}), closes(timerWindow)},
+                {u"timerView"_s, keys({Qt::Key_F1}), opens(u"guideWindow"_s)},
                 {u"createButton"_s, press(), opens(u"timerPanel"_s)},
                 {u"editButton"_s, press(), opens(u"timerPanel"_s), row},
                 {u"deleteButton"_s, press(), opens(u"deleteTimerAlert"_s), row},
