@@ -124,6 +124,19 @@ private Q_SLOTS:
         QCOMPARE(*writePropertyList(values), QByteArray(laidOut));
     }
 
+    // A feed may send millions of them in one description; the store must open again tomorrow.
+    void textsFullOfMarkup_readBackInTime()
+    {
+        const QString text = u" <&>]]>🗞&\n"_s.repeated(200'000);
+        const PropertyValue value = PropertyDictionary{{text.first(3'300), text}};
+        const auto bytes = writePropertyList(value);
+        QVERIFY(bytes);
+        const std::clock_t begin = std::clock();
+        const auto back = parsePropertyList(*bytes);
+        QVERIFY(std::clock() - begin < 5 * CLOCKS_PER_SEC); // of processor time
+        QVERIFY(back == std::optional(value));
+    }
+
     // What a reader would refuse must not take a good file's place.
     void writing_keepsTheLimitsOfReading()
     {
