@@ -36,6 +36,28 @@ void addNames(QSet<QString> &families, FcPattern *font)
         families.insert(QString::fromUtf8(reinterpret_cast<const char *>(name)));
 }
 
+// The toolkit's names for what the font system chooses by the user's language.
+struct GenericFamily
+{
+    const char *systemName;
+    const char *name;
+};
+constexpr GenericFamily genericFamilies[] = {
+    {"serif", "Serif"}, {"sans-serif", "Sans Serif"}, {"monospace", "Monospace"}};
+
+bool isCoveredByChoice(const char *systemName, char32_t character)
+{
+    const Pattern wanted(FcNameParse(reinterpret_cast<const FcChar8 *>(systemName)));
+    FcConfigSubstitute(nullptr, wanted.get(), FcMatchPattern);
+    FcDefaultSubstitute(wanted.get());
+    FcResult result = FcResultNoMatch;
+    const Pattern chosen(FcFontMatch(nullptr, wanted.get(), &result));
+    FcCharSet *characters = nullptr; // the font's own
+    return chosen != nullptr &&
+           FcPatternGetCharSet(chosen.get(), FC_CHARSET, 0, &characters) == FcResultMatch &&
+           FcCharSetHasChar(characters, character) != FcFalse;
+}
+
 } // namespace
 
 QSet<QString> fontFamiliesCovering(char32_t character)
@@ -44,6 +66,10 @@ QSet<QString> fontFamiliesCovering(char32_t character)
     const Fonts fonts = fontsCovering(character);
     for (int i = 0; fonts != nullptr && i < fonts->nfont; ++i)
         addNames(families, fonts->fonts[i]);
+    for (const auto &[systemName, name] : genericFamilies) {
+        if (isCoveredByChoice(systemName, character))
+            families.insert(QString::fromLatin1(name));
+    }
     return families;
 }
 
