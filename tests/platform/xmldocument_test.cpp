@@ -360,6 +360,7 @@ void XmlDocumentTest::illFormed_isAnErrorWithItsLine_data()
     row("a zero byte behind the root", QByteArray("<a/>\0<b>", 8), 1);
     row("bytes that are no UTF-8", "<a>\n\x80</a>", 2);
     row("bytes that are no Shift_JIS", declared("Shift_JIS", "\xff\xff"), 3);
+    row("bytes behind the root that are no Shift_JIS", declared("Shift_JIS", "") + "\n\xff\xff", 4);
     row("bytes that are no EUC-JP", declared("EUC-JP", "\xff\xff"), 3);
     row("bytes that are no ISO-2022-JP", declared("ISO-2022-JP", "\x80"), 3);
     row("a character cut in two", declared("UTF-8", "\xe3\x81"), 3);
