@@ -2,6 +2,7 @@
 #include "app/CommandLine.h"
 #include "app/InterfaceFont.h"
 #include "app/Program.h"
+#include "app/ProgramIcon.h"
 #include "app/RaiseService.h"
 #include "app/StartChecks.h"
 #include "app/ToolkitTexts.h"
@@ -11,7 +12,6 @@
 
 #include <QApplication>
 #include <QFileInfo>
-#include <QIcon>
 #include <QLoggingCategory>
 
 #include <cstdio>
@@ -70,7 +70,7 @@ int main(int argc, char **argv)
             u"default.warning=false\nqt.core.qobject.connect.warning=false"_s);
     chooseInterfaceFont();
     translateToolkitTexts(*application);
-    QApplication::setWindowIcon(QIcon(u":/desktop/qovelmorrss.svg"_s));
+    QApplication::setWindowIcon(programIcon());
     // Where there is no tray, closing the main window quits by the program's own way out.
     QApplication::setQuitOnLastWindowClosed(false);
     return runProgram(*commandLine);
