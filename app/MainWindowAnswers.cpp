@@ -11,6 +11,7 @@
 #include "messages/views/MessageListView.h"
 #include "platform/UserDefaults.h"
 #include "platform/views/PlainAlert.h"
+#include "platform/views/WideAlert.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -77,8 +78,13 @@ bool MainWindow::isMainWindowVisible() const
 void MainWindow::selectTab(const QString &identifier)
 {
     for (int index = 0; index < mainTab_->count(); ++index) {
-        if (mainTab_->widget(index)->property(identifierProperty).toString() == identifier)
-            mainTab_->setCurrentIndex(index);
+        QWidget *page = mainTab_->widget(index);
+        if (page->property(identifierProperty).toString() != identifier)
+            continue;
+        mainTab_->setCurrentIndex(index);
+        // Whoever asks for a tab goes on working there, also without a mouse.
+        if (!page->isAncestorOf(focusWidget()))
+            page->setFocus();
     }
 }
 
@@ -206,6 +212,7 @@ void MainWindow::showAlert(const QString &title, const QString &text, const QStr
     keepTextsPlain(*alert);
     alert->addButton(button, QMessageBox::AcceptRole)->setObjectName(u"alertButton"_s);
     alert->setAttribute(Qt::WA_DeleteOnClose);
+    widen(*alert);
     if (answered)
         connect(alert, &QDialog::finished, this, [answered = std::move(answered)] { answered(); });
     alert->open();

@@ -16,4 +16,10 @@ struct GioUnref
 template <typename Object>
 using GioPointer = std::unique_ptr<Object, GioUnref>;
 
+struct GioFree
+{
+    void operator()(gpointer memory) const { g_free(memory); }
+};
+using GioText = std::unique_ptr<char, GioFree>;
+
 } // namespace qovelmor

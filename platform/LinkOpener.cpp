@@ -47,4 +47,21 @@ bool DesktopLinkOpener::open(const QString &address, const QString &browser)
     return launchDefault(link->scheme(), encoded);
 }
 
+// The launcher says whether a program could be started; what runs `xdg-open` never learns that
+// there was none.
+bool openTextFile(const QString &path)
+{
+    const QByteArray name = QFile::encodeName(path);
+    const GioText guess(g_content_type_guess(name.constData(), nullptr, 0, nullptr));
+    const bool isUnknown = g_content_type_is_unknown(guess.get()) == TRUE;
+    const GioPointer<GAppInfo> application(
+        g_app_info_get_default_for_type(isUnknown ? "text/plain" : guess.get(), FALSE));
+    if (!application || !(g_app_info_supports_files(application.get()) ||
+                          g_app_info_supports_uris(application.get())))
+        return false;
+    const GioPointer<GFile> file(g_file_new_for_path(name.constData()));
+    GList files = {file.get(), nullptr, nullptr};
+    return g_app_info_launch(application.get(), &files, nullptr, nullptr) == TRUE;
+}
+
 } // namespace qovelmor

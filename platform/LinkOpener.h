@@ -24,4 +24,8 @@ public:
     bool open(const QString &address, const QString &browser) override;
 };
 
+/// Opens a text file with the application that the desktop has for it. False when there is none, or
+/// when it could not be started.
+bool openTextFile(const QString &path);
+
 } // namespace qovelmor

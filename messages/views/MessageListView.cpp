@@ -29,6 +29,7 @@ MessageListView::MessageListView(MessageList &msgList)
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(table_);
+    setFocusProxy(table_);
 
     table_->setItemDelegateForColumn(MessageTableModel::MSGPresent, new IconedCell(table_));
     firstSeenSave_.setSingleShot(true);

@@ -2,8 +2,8 @@
 #include "platform/views/Confirmation.h"
 
 #include "platform/views/PlainAlert.h"
+#include "platform/views/WideAlert.h"
 
-#include <QGridLayout>
 #include <QMessageBox>
 #include <QPushButton>
 
@@ -12,18 +12,6 @@
 namespace qovelmor {
 
 using namespace Qt::Literals::StringLiterals;
-
-namespace {
-
-// The box takes its width from the title; a Japanese sentence below it would break every few words.
-void widen(QMessageBox &alert)
-{
-    constexpr int width = 420;
-    if (auto *grid = qobject_cast<QGridLayout *>(alert.layout()))
-        grid->addItem(new QSpacerItem(width, 0), grid->rowCount(), 0, 1, grid->columnCount());
-}
-
-} // namespace
 
 void openConfirmation(QWidget &parent, const Confirmation &question,
                       std::function<void(bool)> answered)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/views/ListTable.h"
 
+#include <QContextMenuEvent>
 #include <QDropEvent>
 #include <QGuiApplication>
 #include <QHeaderView>
@@ -208,10 +209,30 @@ bool ListTable::isRowCommand(const QKeyEvent &event)
 
 void ListTable::keyPressEvent(QKeyEvent *event)
 {
-    if (isRowCommand(*event))
+    if (event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier)
+        openRowMenu(); // the toolkit itself knows only the menu key
+    else if (isRowCommand(*event))
         event->accept();
     else
         QTableView::keyPressEvent(event);
+}
+
+// A menu that a key asks for opens below the row it is for.
+void ListTable::openRowMenu()
+{
+    const QRect row = visualRect(currentIndex());
+    const QPoint place = viewport()->mapToGlobal(row.isValid() ? row.bottomLeft() : QPoint());
+    QContextMenuEvent asked(QContextMenuEvent::Keyboard, mapFromGlobal(place), place);
+    QTableView::event(&asked);
+}
+
+bool ListTable::event(QEvent *event)
+{
+    if (event->type() != QEvent::ContextMenu ||
+        static_cast<QContextMenuEvent *>(event)->reason() != QContextMenuEvent::Keyboard)
+        return QTableView::event(event);
+    openRowMenu();
+    return true;
 }
 
 void ListTable::mousePressEvent(QMouseEvent *event)

@@ -22,7 +22,8 @@ struct TableLook
 /// text and are not edited. While it is empty it says what to do.
 ///
 /// The keys of the table: Return opens the selected row, Space turns its check box, Delete asks for
-/// its deletion, Escape takes the selection away, as does a click below the last row.
+/// its deletion, Escape takes the selection away, as does a click below the last row; the menu key
+/// and Shift+F10 open the row's menu.
 class ListTable : public QTableView
 {
     Q_OBJECT
@@ -59,6 +60,7 @@ Q_SIGNALS:
     void columnsResized();
 
 protected:
+    bool event(QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
@@ -72,6 +74,7 @@ private:
     void showEmptyState();
     bool isRowCommand(const QKeyEvent &event);
     void turnCheckBox(int row);
+    void openRowMenu();
 
     QLabel *emptyState_;
     bool isColumnResized_ = false;

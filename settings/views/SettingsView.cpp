@@ -2,8 +2,10 @@
 #include "settings/views/SettingsView.h"
 
 #include "platform/BrowserList.h"
+#include "platform/LinkOpener.h"
 #include "platform/Localization.h"
 #include "platform/views/PlainAlert.h"
+#include "platform/views/WideAlert.h"
 #include "settings/Setup.h"
 #include "settings/views/BoardGroup.h"
 #include "settings/views/BrowserGroup.h"
@@ -16,12 +18,10 @@
 #include "settings/views/SettingControls.h"
 #include "settings/views/SoundGroup.h"
 
-#include <QDesktopServices>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QScrollBar>
-#include <QUrl>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -39,6 +39,14 @@ constexpr int spaceBetweenColumns = 30; // with the margins of the page
 bool takesTab(const QWidget &control)
 {
     return (control.focusPolicy() & Qt::TabFocus) != 0;
+}
+
+QWidget *firstControl(const QWidget &group)
+{
+    const auto controls = group.findChildren<QWidget *>();
+    const auto first = std::find_if(controls.begin(), controls.end(),
+                                    [](const QWidget *control) { return takesTab(*control); });
+    return first == controls.end() ? nullptr : *first;
 }
 
 /// The Tab key goes through the controls of `group` after those of `before`.
@@ -105,6 +113,7 @@ void SettingsView::createPage()
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(scroller_);
+    setFocusProxy(firstControl(*board_));
 }
 
 std::array<SettingsGroup *, 6> SettingsView::allGroups() const
@@ -203,6 +212,7 @@ void SettingsView::openAlert(const QString &message, const QString &informative,
     keepTextsPlain(*alert);
     alert->addButton(button, QMessageBox::AcceptRole)->setObjectName(u"alertButton"_s);
     alert->setAttribute(Qt::WA_DeleteOnClose);
+    widen(*alert);
     alert->open();
 }
 
@@ -222,7 +232,7 @@ void SettingsView::openBrowserPanel(const FilePanel &panel)
 
 void SettingsView::openWithApplication(const QString &path)
 {
-    if (!QDesktopServices::openUrl(QUrl::fromLocalFile(path)))
+    if (!openTextFile(path))
         log_->showLogNote(localized(u"LogFileShowError"_s));
 }
 

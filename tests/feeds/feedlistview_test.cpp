@@ -6,6 +6,10 @@
 #include <QClipboard>
 #include <QHeaderView>
 #include <QLineEdit>
+#include <QMenu>
+#include <QTimer>
+
+#include <cstdlib>
 
 using namespace qovelmor;
 using namespace Qt::Literals::StringLiterals;
@@ -22,6 +26,8 @@ private Q_SLOTS:
     void mnemonicsDiffer();
     void tabKey_goesThroughTheControls();
     void buttons_followTheSelection();
+    void rowMenu_opensByKeyBelowItsRow_data();
+    void rowMenu_opensByKeyBelowItsRow();
     void emptyTable_saysWhatToDo();
     void checkBox_data();
     void checkBox();
@@ -104,6 +110,42 @@ void FeedListViewTest::buttons_followTheSelection()
     desk.list.removeReader(0);
     desk.settle();
     QCOMPARE(areEnabled(), (QList<bool>{true, false, false, false, false}));
+}
+
+void FeedListViewTest::rowMenu_opensByKeyBelowItsRow_data()
+{
+    QTest::addColumn<bool>("byMenuKey");
+    QTest::newRow("menu key") << true; // which the window system reports as an event of its own
+    QTest::newRow("Shift+F10") << false;
+}
+
+void FeedListViewTest::rowMenu_opensByKeyBelowItsRow()
+{
+    QFETCH(bool, byMenuKey);
+    FeedListDesk desk(u"abc"_s);
+    desk.click(1);
+    QPoint place;
+    QStringList items;
+    QTimer look; // the menu runs an event loop of its own
+    connect(&look, &QTimer::timeout, &look, [&] {
+        auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
+        if (menu == nullptr)
+            return;
+        place = menu->pos();
+        for (const QAction *item : menu->actions())
+            items << item->objectName();
+        menu->close();
+    });
+    look.start(10);
+    if (byMenuKey) {
+        QContextMenuEvent event(QContextMenuEvent::Keyboard, {}, {});
+        QCoreApplication::sendEvent(&desk.table(), &event);
+    } else {
+        desk.key(Qt::Key_F10, Qt::ShiftModifier);
+    }
+    QVERIFY(items.contains(u"rowEdit"_s));
+    const QRect row = desk.table().visualRect(desk.table().model()->index(1, 0));
+    QVERIFY(std::abs(desk.table().viewport()->mapFromGlobal(place).y() - row.bottom()) < 4);
 }
 
 void FeedListViewTest::emptyTable_saysWhatToDo()

@@ -6,7 +6,6 @@
 #include <QAbstractItemView>
 #include <QColorDialog>
 #include <QComboBox>
-#include <QDesktopServices>
 #include <QDialogButtonBox>
 #include <QDir>
 #include <QFileDialog>
@@ -45,7 +44,6 @@ private Q_SLOTS:
     void color_isTakenFromThePanel();
     void color_panelCancelled_changesNothing();
     void log_showButtonFollowsTheLog();
-    void log_isOpenedWithItsApplication();
     void log_failureIsNoted();
     void log_pathIsPlainTextInItsTooltip();
     void log_fileIsChosenForThisRun();
@@ -97,19 +95,6 @@ void chooseLogFile(const SettingsTab &tab, const QString &path)
     auto *buttons = panel->findChild<QDialogButtonBox *>(u"buttonBox"_s);
     QTest::mouseClick(buttons->button(QDialogButtonBox::Save), Qt::LeftButton);
 }
-
-/// Takes what would go to the desktop's own applications.
-class OpenedFiles : public QObject
-{
-    Q_OBJECT
-
-public:
-    OpenedFiles() { QDesktopServices::setUrlHandler(u"file"_s, this, "take"); }
-    ~OpenedFiles() override { QDesktopServices::unsetUrlHandler(u"file"_s); }
-    Q_INVOKABLE void take(const QUrl &url) { paths << url.toLocalFile(); }
-
-    QStringList paths;
-};
 
 } // namespace
 
@@ -342,16 +327,6 @@ void SettingsPanelsTest::log_showButtonFollowsTheLog()
     QVERIFY(show.isEnabled());
     click(tab.control(u"logTimer"_s));
     QVERIFY(!show.isEnabled());
-}
-
-void SettingsPanelsTest::log_isOpenedWithItsApplication()
-{
-    SettingsTab tab;
-    tab.start();
-    click(tab.control(u"logSystem"_s));
-    OpenedFiles opened;
-    click(tab.control(u"actDispLog"_s));
-    QCOMPARE(opened.paths, QStringList{tab.home.filePath(u"Documents/QoVelmorRSS/Logbook.txt"_s)});
 }
 
 void SettingsPanelsTest::log_failureIsNoted()

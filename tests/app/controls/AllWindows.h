@@ -10,27 +10,12 @@
 #include "tests/app/WindowedProgram.h"
 
 #include <QClipboard>
-#include <QDesktopServices>
 #include <QFile>
-#include <QUrl>
 
 namespace qovelmor {
 
-/// Takes the files that would go to the desktop's own applications.
-class FileTaker : public QObject
-{
-    Q_OBJECT
-
-public:
-    FileTaker() { QDesktopServices::setUrlHandler(QStringLiteral("file"), this, "take"); }
-    ~FileTaker() override { QDesktopServices::unsetUrlHandler(QStringLiteral("file")); }
-    Q_INVOKABLE void take(const QUrl &url) { paths << url.toLocalFile(); }
-
-    QStringList paths;
-};
-
 /// All windows of the program, with two feeds, their headlines and two timers. What would leave the
-/// program is recorded: links and files that are opened, sounds, requests.
+/// program is recorded: links that are opened, sounds, requests.
 struct AllWindows : WindowedProgram
 {
     explicit AllWindows(bool withBoard = false) : WindowedProgram(withBoard)
@@ -95,7 +80,6 @@ struct AllWindows : WindowedProgram
         WindowedProgram::selectRow(qobject_cast<QTableView *>(controlIn(top, table)), 0);
     }
 
-    FileTaker files;
     QStringList seen; ///< what a test has noted on its way
     TimerView timerWindow{rssTimer};
     GuideWindow guideWindow;

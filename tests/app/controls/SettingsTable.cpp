@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "SettingsTable.h"
 
+#include "tests/support/DesktopWithEditor.h"
+
 namespace qovelmor {
 
 using namespace Qt::Literals::StringLiterals;
@@ -103,8 +105,16 @@ std::vector<Control> filters()
     return rows;
 }
 
+/// The application that the desktop has for the log file.
+DesktopWithEditor &editor()
+{
+    static DesktopWithEditor desktop;
+    return desktop;
+}
+
 std::vector<Control> log()
 {
+    editor(); // before anything asks what is installed
     return {
         check(u"logRSSRead"_s, u"LogRSSRead"_s),
         check(u"logRSSDisp"_s, u"LogRSSDisp"_s),
@@ -119,8 +129,11 @@ std::vector<Control> log()
         {u"actLogFilePath"_s, press(), opens(u"logFilePanel"_s)},
         {u"actDispLog"_s, press(),
          becomes(u"the log file's application"_s, u"Logbook.txt"_s,
-                 [](AllWindows &p) { return p.files.paths.join(u' ').section(u'/', -1); }),
-         clicked(window, u"logRSSRead"_s)},
+                 [](AllWindows &) { return editor().opened().section(u'/', -1); }),
+         [startLog = clicked(window, u"logRSSRead"_s)](AllWindows &p) {
+             editor().forget();
+             startLog(p);
+         }},
     };
 }
 
