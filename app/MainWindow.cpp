@@ -188,11 +188,10 @@ void MainWindow::showPresentation()
 // then instead of in each of them.
 void MainWindow::showProblems()
 {
-    const int failed = parts_.msgList.failedSiteCount();
     statusRow_->setProblem(StandingProblem::Store, parts_.defaults.lastError());
     statusRow_->setProblem(StandingProblem::Board, parts_.setup.boardProblem());
     statusRow_->setProblem(StandingProblem::Feeds,
-                           failed > 0 ? localized(u"FeedsFailed"_s).arg(failed) : QString());
+                           feedView_->problem(parts_.msgList.failedSiteCount()));
 }
 
 void MainWindow::showAbout()

@@ -48,7 +48,7 @@ Program::Program(const CommandLine &commandLine)
     , clock_(&mainThread_)
     , defaults_(UserDefaults::defaultPath())
     , sounds_(mainThread_)
-    , http_(clock_, {[this] { return clock_.sleepsEnded(); },
+    , http_(clock_, {[this] { return clock_.sleepsEnded() || rssList_.isImportCancelled(); },
                      [this] {
                          if (mainThread_.isCurrent())
                              mainThread_.pump(std::chrono::milliseconds::zero());

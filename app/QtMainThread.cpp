@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "app/QtMainThread.h"
 
+#include "platform/views/AnswerableWindow.h"
+
 #include <QCoreApplication>
 #include <QEvent>
 #include <QThread>
@@ -76,7 +78,7 @@ void QtMainThread::pump(std::chrono::milliseconds limit)
 
 bool QtMainThread::eventFilter(QObject *watched, QEvent *event)
 {
-    if (pumping_ == 0 || !isUserInput(event->type()))
+    if (pumping_ == 0 || !isUserInput(event->type()) || isAnswerable(*watched))
         return QObject::eventFilter(watched, event);
     event->ignore();
     return true;

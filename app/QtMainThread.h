@@ -11,7 +11,8 @@ namespace qovelmor {
 ///
 /// pump() is the only place in the program that runs events outside the event loop. What a person
 /// does meanwhile (keys, mouse, drops, closing a window) is eaten, so that no command can start in
-/// the middle of another one and none is kept for later.
+/// the middle of another one and none is kept for later. The one exception is a window that offers
+/// to break the work off (platform/views/AnswerableWindow.h).
 class QtMainThread final : public QObject, public MainThread
 {
     Q_OBJECT

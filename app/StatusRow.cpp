@@ -63,7 +63,7 @@ void StatusRow::showPresentation(const MessagePresentation &shown)
     activity_ = shown.statusText;
     if (!activity_.isEmpty())
         notice_.clear();
-    progressIndi_->setVisible(shown.progressRunning);
+    progressIndi_->setVisible(shown.progressRunning && shown.progressMaximum > 0);
     progressIndi_->setMaximum(std::max(shown.progressMaximum, 1));
     progressIndi_->setValue(shown.progressValue);
     messageNumberText_->showText(shown.messageNumber);

@@ -38,12 +38,12 @@ public:
         : owner_(owner), isMain_(owner.services_.mainThread.isCurrent())
     {
         if (isMain_)
-            ++owner_.busyDepth_;
+            owner_.becomeBusy();
     }
     ~BusyScope()
     {
-        if (isMain_ && --owner_.busyDepth_ == 0)
-            owner_.services_.mainThread.post([&owner = owner_] { owner.doWhatWasNoted(); });
+        if (isMain_)
+            owner_.becomeIdle();
     }
     BusyScope(const BusyScope &) = delete;
     BusyScope &operator=(const BusyScope &) = delete;
@@ -192,6 +192,11 @@ void VelmorRSS::doWhatWasNoted()
         window_->showMainWindow();
     for (const auto &handle : std::exchange(powerNoted_, {}))
         handle();
+    while (!workNoted_.empty() && !isBusy() && !terminating_) {
+        const std::function<void()> work = std::move(workNoted_.front());
+        workNoted_.pop_front();
+        work();
+    }
 }
 
 // State.
@@ -248,6 +253,18 @@ void VelmorRSS::tabSetAndStartDispRSS()
 {
     window_->selectTab(tab::message);
     startDispRSS();
+}
+
+void VelmorRSS::becomeIdle()
+{
+    if (--busyDepth_ == 0)
+        services_.mainThread.post([this] { doWhatWasNoted(); });
+}
+
+void VelmorRSS::whenIdle(std::function<void()> work)
+{
+    workNoted_.push_back(std::move(work));
+    services_.mainThread.post([this] { doWhatWasNoted(); });
 }
 
 void VelmorRSS::readPages(ReadReason reason)

@@ -9,6 +9,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <deque>
 #include <functional>
 #include <memory>
 #include <vector>
@@ -103,6 +104,9 @@ public:
     void startDispRSS() override;
     void stopDispRSS() override;
     void tabSetAndStartDispRSS();
+    void listChangeStarts() override { becomeBusy(); }
+    void listChangeEnds() override { becomeIdle(); }
+    void whenIdle(std::function<void()> work) override;
     void renewControls() { controlsNotice_.changed(); }
 
     // Commands.
@@ -158,6 +162,8 @@ private:
     void openLEDWindow();
     void closeLEDWindow();
     void storeDrawerButton();
+    void becomeBusy() { ++busyDepth_; }
+    void becomeIdle();
     void doWhatWasNoted();
 
     Services services_;
@@ -178,6 +184,7 @@ private:
     bool quitNoted_ = false;
     bool secondLaunchNoted_ = false;
     std::vector<std::function<void()>> powerNoted_; ///< sleep and wake, in the order they came in
+    std::deque<std::function<void()>> workNoted_;
 
     RunCycle cycle_; // last: its thread uses everything above
 };

@@ -5,14 +5,15 @@
 
 namespace qovelmor {
 
-/// While it lives the display rests: a display that was active is stopped and started again at the
-/// end. So the read cycle never sees the list change.
+/// While it lives the feed list changes: a display that was active is stopped and started again at
+/// the end, and nothing else begins. So the read cycle never sees the list change.
 class DisplayRest
 {
 public:
     explicit DisplayRest(DisplayControl &control)
         : control_(control), wasActive_(control.isDisplayActive())
     {
+        control_.listChangeStarts();
         if (wasActive_)
             control_.stopDispRSS();
     }
@@ -20,6 +21,7 @@ public:
     {
         if (wasActive_)
             control_.startDispRSS();
+        control_.listChangeEnds();
     }
     DisplayRest(const DisplayRest &) = delete;
     DisplayRest &operator=(const DisplayRest &) = delete;

@@ -129,7 +129,19 @@ void FeedListActions::loadURLChosen(const QString &path)
         list_.window().showStatus(localized(u"FeedFileReadError"_s));
         return;
     }
-    list_.appendAddresses(*addresses);
+    const RSSList::Appended appended = list_.appendAddresses(*addresses);
+    if (appended.isCancelled)
+        list_.window().showStatus(localized(u"ImportCancelled"_s));
+    else if (appended.unread == 0)
+        list_.window().showStatus(localized(u"ImportDone"_s).arg(appended.count));
+    else
+        list_.window().showStatus(
+            localized(u"ImportDoneUnread"_s).arg(appended.count).arg(appended.unread));
+}
+
+void FeedListActions::actImportCancel()
+{
+    list_.cancelImport();
 }
 
 void FeedListActions::actSaveURL()
@@ -143,10 +155,12 @@ void FeedListActions::saveURLChosen(const QString &path)
     QStringList addresses;
     for (const RSSList::Reader &reader : list_.tableReaders())
         addresses << reader->address();
-    if (!writeAddressFile(path, addresses)) {
-        systemLog(logFeeds(), u"File save error."_s);
-        list_.window().showStatus(localized(u"FeedFileSaveError"_s));
+    if (writeAddressFile(path, addresses)) {
+        list_.window().showStatus(localized(u"FeedFileSaved"_s).arg(addressFilePath(path)));
+        return;
     }
+    systemLog(logFeeds(), u"File save error."_s);
+    list_.window().showStatus(localized(u"FeedFileSaveError"_s));
 }
 
 // Drops. --------------------------------------------------------------------------------------
@@ -167,8 +181,12 @@ bool FeedListActions::acceptAddressDrop(const QString &text, int target)
         list_.window().showStatus(localized(u"FeedDropTypeInstead"_s));
     if (verdict != DropVerdict::Accepted)
         return false;
-    list_.createReaderWithAddress(feedToHttpString(text), target, RSSList::AddressMode::Add);
-    list_.renewRSSList();
+    // The application that the link comes from waits for the answer to its drop: fetch afterwards.
+    list_.control().whenIdle([&list = list_, address = feedToHttpString(text),
+                              below = std::weak_ptr<RSSReader>(list_.readerAt(target))] {
+        list.createReaderWithAddress(address, list.rowOf(below), RSSList::AddressMode::Add);
+        list.renewRSSList();
+    });
     return true;
 }
 

@@ -36,10 +36,13 @@ public:
     // The feed list's file. The chosen name's extension becomes "rssurl" in both directions.
     void actLoadURL();
     void loadURLChosen(const QString &path);
+    /// Breaks off the import that is running: the list stays as it was.
+    void actImportCancel();
     void actSaveURL();
     void saveURLChosen(const QString &path);
 
-    // Drops. `target` is the row above which something is dropped; NO when it was refused.
+    // Drops. `target` is the row above which something is dropped; NO when it was refused. An
+    // address that was accepted is fetched and put in soon, above the row that stood there.
     bool acceptRowDrop(int from, int target);
     bool acceptAddressDrop(const QString &text, int target);
 

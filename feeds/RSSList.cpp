@@ -23,6 +23,11 @@ FeedEntry entryOf(const RSSReader &reader)
     return {reader.validate(), reader.address(), reader.name().value_or(u""_s), reader.format()};
 }
 
+bool isUnreadable(const RSSList::Reader &reader)
+{
+    return !reader->lastErrorCause().isEmpty();
+}
+
 bool isInside(int row, const RSSList::ReaderList &list)
 {
     return row >= 0 && row < static_cast<int>(list.size());
@@ -185,18 +190,36 @@ void RSSList::removeReader(int row)
     renewRSSList();
 }
 
-void RSSList::appendAddresses(const QStringList &addresses)
+RSSList::Appended RSSList::appendAddresses(const QStringList &addresses)
 {
     const DisplayRest rest(*control_);
-    ReaderList readers = tableReaders();
-    const auto before = readers.size();
+    const int total = static_cast<int>(addresses.size());
+    isImportCancelled_ = false;
+    window_->importStarts(total);
+    ReaderList added;
+    added.reserve(static_cast<std::size_t>(total));
     for (const QString &address : addresses) {
-        const auto number = readers.size() - before + 1;
-        window_->showFetchProgress(static_cast<int>(number), static_cast<int>(addresses.size()));
-        readers.push_back(makeReader(address));
+        window_->showFetchProgress(static_cast<int>(added.size()) + 1, total);
+        added.push_back(makeReader(address));
+        if (isImportCancelled_)
+            break;
     }
+    window_->importEnds();
+    if (isImportCancelled_.exchange(false))
+        return {0, 0, true}; // all or nothing: half a list would double when it is repeated
+
+    ReaderList readers = tableReaders();
+    readers.insert(readers.end(), added.begin(), added.end());
     replaceList(std::move(readers));
     renewRSSList();
+    return {total, static_cast<int>(std::ranges::count_if(added, isUnreadable)), false};
+}
+
+int RSSList::failedSiteCount() const
+{
+    return static_cast<int>(std::ranges::count_if(tableReaders(), [](const Reader &reader) {
+        return reader->validate() && isUnreadable(reader);
+    }));
 }
 
 void RSSList::moveRSSReaderFromIndex(int from, int target)

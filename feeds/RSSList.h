@@ -9,6 +9,7 @@
 
 #include <QStringList>
 
+#include <atomic>
 #include <memory>
 #include <mutex>
 #include <vector>
@@ -69,6 +70,8 @@ public:
     /// The list as the table shows it. Any thread.
     ReaderList tableReaders() const;
     int readerCount() const;
+    /// How many enabled feeds could not be had at the last attempt.
+    int failedSiteCount() const;
     /// Null for a row outside the list.
     Reader readerAt(int row) const;
     /// -1 when the reader is not in the list any more.
@@ -85,8 +88,19 @@ public:
     /// at the end when the index lies outside the list; Edit puts it in the place of the one there.
     void createReaderWithAddress(const QString &address, int index, AddressMode mode);
     void removeReader(int row);
-    /// Adds one feed for each address at the end.
-    void appendAddresses(const QStringList &addresses);
+    /// What became of an import.
+    struct Appended
+    {
+        int count = 0;
+        int unread = 0; ///< of them: feeds that could not be read
+        bool isCancelled = false;
+    };
+    /// Adds one feed for each address at the end, or none when it is broken off meanwhile.
+    Appended appendAddresses(const QStringList &addresses);
+    /// Breaks appendAddresses() off, the fetch that is running too (where isImportCancelled() ends
+    /// it).
+    void cancelImport() { isImportCancelled_ = true; }
+    bool isImportCancelled() const { return isImportCancelled_; } ///< any thread
     /// Moves a row so that it stands above what was at `target`; an index outside changes nothing.
     void moveRSSReaderFromIndex(int from, int target);
 
@@ -120,6 +134,7 @@ private:
     FeedWindow noWindow_;
     FeedWindow *window_ = &noWindow_;
     ChangeNotice changes_;
+    std::atomic<bool> isImportCancelled_ = false;
 
     mutable std::mutex mutex_; // a leaf: guards the two lists
     ReaderList readerList_;

@@ -40,6 +40,9 @@ public:
     virtual void showAddressBeingFetched(const QString &) {}
     /// Which of how many addresses is fetched next, where there are several.
     virtual void showFetchProgress(int /*number*/, int /*total*/) {}
+    /// An import begins and ends; actImportCancel() may be called in between.
+    virtual void importStarts(int /*total*/) {}
+    virtual void importEnds() {}
     /// A sentence for the status line.
     virtual void showStatus(const QString &) {}
 

@@ -4,6 +4,7 @@
 #include "feeds/FailureSentence.h"
 #include "feeds/RSSList.h"
 #include "feeds/views/AddressPanel.h"
+#include "feeds/views/ImportPanel.h"
 #include "platform/Localization.h"
 #include "platform/PlainText.h"
 #include "platform/views/Confirmation.h"
@@ -18,6 +19,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include <algorithm>
 #include <functional>
 
 namespace qovelmor {
@@ -36,8 +38,10 @@ FeedListView::FeedListView(RSSList &list)
     , model_(list, actions_)
     , table_(new ListTable(model_, {u"rssListView"_s, localized(u"TabList"_s), u"noFeedsText"_s,
                                     localized(u"NoFeedsYet"_s)}))
+    , importPanel_(new ImportPanel(this))
     , filePanel_(*this)
 {
+    setFocusProxy(table_);
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(table_, 1);
@@ -50,6 +54,7 @@ FeedListView::FeedListView(RSSList &list)
     table_->setLook({factoryColumnWidths});
     applyViewSettings();
     connectTable();
+    connect(importPanel_, &ImportPanel::cancelled, this, [this] { actions_.actImportCancel(); });
     list_.changes().listen([self = QPointer<FeedListView>(this)] {
         if (self)
             self->renew();
@@ -225,13 +230,37 @@ void FeedListView::showAddressBeingFetched(const QString &address)
     }
     if (addressPanel_ && addressPanel_->isVisible())
         addressPanel_->showFetching(sentence);
+    if (isImporting_ && isFetching_)
+        importPanel_->showProgress(fetchNumber_, sentence);
     Q_EMIT addressBeingFetched(forWindow(address), sentence);
 }
 
 void FeedListView::showFetchProgress(int number, int total)
 {
+    fetchNumber_ = number;
     if (total > 1)
         fetchProgress_ = u" (%1/%2)"_s.arg(number).arg(total);
+}
+
+void FeedListView::importStarts(int total)
+{
+    isImporting_ = true;
+    importPanel_->begin(localized(u"TitleLoadURL"_s), total);
+}
+
+void FeedListView::importEnds()
+{
+    isImporting_ = false;
+    importPanel_->end();
+}
+
+// Feeds that were deleted since, or switched off, are nobody's problem any more.
+QString FeedListView::problem(int failed) const
+{
+    if (list_.validSiteCount() == 0)
+        return localized(u"NoFeedsToRead"_s);
+    const int stillFailed = std::min(failed, list_.failedSiteCount());
+    return stillFailed > 0 ? localized(u"FeedsFailed"_s).arg(stillFailed) : QString();
 }
 
 void FeedListView::showStatus(const QString &text)

@@ -15,6 +15,7 @@ class QPushButton;
 namespace qovelmor {
 
 class AddressPanel;
+class ImportPanel;
 class ListTable;
 
 /// The tab "list": the table of feeds, the buttons below it, and the dialogs that they open.
@@ -32,11 +33,16 @@ public:
     QList<QAction *> fileActions() const { return fileActions_; }
     /// Takes over row height and font size from the store.
     void applyViewSettings();
+    /// What the user had better put right, as a sentence: `failed` feeds of the last read could not
+    /// be had, or there is nothing to read. Empty when all is well.
+    QString problem(int failed) const;
 
     int selectedRow() const override;
     void renewalControls(bool hasSelection) override;
     void showAddressBeingFetched(const QString &address) override;
     void showFetchProgress(int number, int total) override;
+    void importStarts(int total) override;
+    void importEnds() override;
     void showStatus(const QString &text) override;
     void openAddressDialog(const QString &title, const QString &address) override;
     void closeAddressDialog() override;
@@ -69,6 +75,7 @@ private:
     FeedTableModel model_;
     ListTable *table_;
     AddressPanel *addressPanel_ = nullptr;
+    ImportPanel *importPanel_; ///< opens by itself when an import takes long
     AddressFilePanel filePanel_;
     QPushButton *createButton_ = nullptr;
     QPushButton *editButton_ = nullptr;
@@ -79,6 +86,8 @@ private:
     std::weak_ptr<RSSReader> selected_; ///< the selection stays with its feed when rows move
     QString saidCause_;
     bool isFetching_ = false;
+    bool isImporting_ = false;
+    int fetchNumber_ = 0;
     QString fetchProgress_; ///< "(3/12)" while several addresses are fetched
 };
 

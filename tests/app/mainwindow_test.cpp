@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "WindowedProgram.h"
+#include "platform/Localization.h"
 
 #include <QCloseEvent>
 #include <QLabel>
@@ -35,6 +36,7 @@ private Q_SLOTS:
     void menuHasEveryCommand();
     void mnemonicsAreUniqueInTheWindow();
     void tabKeys_selectTabs();
+    void tabKeys_moveTheFocusIntoTheTab();
     void descriptionButton_restsOffTheMessageTab();
     void descriptionItem_carriesWhatItWillDo();
     void ledWindow_opensAndClosesDuringADisplay();
@@ -48,6 +50,8 @@ private Q_SLOTS:
     void textMenus_restWithoutUse();
     void statusLine_saysThatTheStoreCannotBeSaved();
     void statusLine_countsFailedFeeds();
+    void statusLine_forgetsFailuresOfDeletedFeeds();
+    void statusLine_saysThatThereIsNothingToRead();
     void closing_hidesWhereThereIsATray();
     void closing_quitsWhereThereIsNone();
     void secondLaunch_bringsUpAHiddenWindow();
@@ -132,6 +136,22 @@ void MainWindowTest::tabKeys_selectTabs()
     QCOMPARE(p.mainWindow.selectedTab(), tab::list);
     p.press(Qt::Key_Comma, Qt::ControlModifier); // the settings
     QCOMPARE(p.mainWindow.selectedTab(), tab::setup);
+}
+
+void MainWindowTest::tabKeys_moveTheFocusIntoTheTab()
+{
+    WindowedProgram p;
+    p.addFeed(feedA, {u"一"_s});
+    p.launchOnTab(tab::list);
+    QCOMPARE(p.mainWindow.focusWidget(), p.find(u"rssListView"_s)); // from the start
+    p.find(u"getRSSButton"_s)->setFocus();
+    p.press(Qt::Key_2, Qt::ControlModifier);
+    QCOMPARE(p.mainWindow.focusWidget(), p.find(u"msgListView"_s));
+    p.press(Qt::Key_1, Qt::ControlModifier);
+    QCOMPARE(p.mainWindow.focusWidget(), p.find(u"rssListView"_s));
+    p.find(u"createButton"_s)->setFocus();
+    p.press(Qt::Key_1, Qt::ControlModifier); // is there already: the focus stays
+    QCOMPARE(p.mainWindow.focusWidget(), p.find(u"createButton"_s));
 }
 
 void MainWindowTest::descriptionButton_restsOffTheMessageTab()
@@ -319,6 +339,7 @@ void MainWindowTest::textMenus_restWithoutUse()
 void MainWindowTest::statusLine_saysThatTheStoreCannotBeSaved()
 {
     WindowedProgram p;
+    p.addFeed(feedA, {u"1"_s});
     p.launchOnTab(tab::message, false);
     const auto *status = p.find<QLabel>(u"statusText"_s);
     QCOMPARE(status->text(), QString());
@@ -346,6 +367,30 @@ void MainWindowTest::statusLine_countsFailedFeeds()
     p.loader.serve(u"http://town/b"_s, {u"2"_s});
     p.press(Qt::Key_F5);
     QCOMPARE(p.find<QLabel>(u"statusText"_s)->text(), QString());
+}
+
+void MainWindowTest::statusLine_forgetsFailuresOfDeletedFeeds()
+{
+    WindowedProgram p;
+    p.addFeed(feedA, {u"1"_s});
+    p.addFeed(u"http://town/b"_s, {});
+    p.loader.remove(u"http://town/b"_s);
+    p.launchOnTab(tab::list);
+    const auto *status = p.find<QLabel>(u"statusText"_s);
+    QVERIFY(status->text().startsWith(u"1 件の RSS"_s));
+    p.rssList.removeReader(p.rssList.readerCount() - 1);
+    QTRY_COMPARE(status->text(), QString());
+}
+
+void MainWindowTest::statusLine_saysThatThereIsNothingToRead()
+{
+    WindowedProgram p;
+    p.addFeed(feedA, {u"1"_s});
+    p.launchOnTab(tab::list);
+    p.rssList.shouldEditTableColumn(0); // switched off
+    p.press(Qt::Key_F5);
+    QCOMPARE(p.find<QLabel>(u"statusText"_s)->text(), localized(u"NoFeedsToRead"_s));
+    QVERIFY(!p.find(u"progressIndi"_s)->isVisible());
 }
 
 void MainWindowTest::closing_hidesWhereThereIsATray()

@@ -2,9 +2,11 @@
 #include "app/QtMainThread.h"
 #include "platform/ChangeNotice.h"
 #include "platform/SystemClock.h"
+#include "platform/views/AnswerableWindow.h"
 
 #include <QPushButton>
 #include <QTest>
+#include <QWindow>
 
 #include <thread>
 
@@ -20,6 +22,7 @@ private Q_SLOTS:
     void pumpRunsPostedCalls();
     void pumpWithinAPostedCall_runsThoseBehindIt();
     void pumpEatsWhatTheUserDoes();
+    void pumpLetsAnAnswerableWindowBeAnswered();
     void outsideThePumpInputArrives();
     void sleepOfTheMainThreadRunsPostedCallsUntilItsDeadline();
     void sleepOfTheMainThreadEndsWithTheProgram();
@@ -86,6 +89,23 @@ void QtMainThreadTest::pumpEatsWhatTheUserDoes()
     QVERIFY(button.isVisible());
     QCoreApplication::processEvents(); // nor was it kept for later
     QCOMPARE(clicks, 0);
+}
+
+void QtMainThreadTest::pumpLetsAnAnswerableWindowBeAnswered()
+{
+    QtMainThread mainThread;
+    QWidget window;
+    QPushButton button(&window);
+    int clicks = 0;
+    connect(&button, &QPushButton::clicked, &button, [&] { ++clicks; });
+    window.show();
+    makeAnswerable(window);
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    mainThread.post([&] { QTest::mouseClick(window.windowHandle(), Qt::LeftButton, {}, {5, 5}); });
+    mainThread.post([&] { QTest::keyClick(&button, Qt::Key_Space); });
+    mainThread.pump(50ms);
+    mainThread.pump(0ms);
+    QCOMPARE(clicks, 2);
 }
 
 void QtMainThreadTest::outsideThePumpInputArrives()

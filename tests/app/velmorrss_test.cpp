@@ -51,6 +51,8 @@ private Q_SLOTS:
     void quit_stopsTheDisplayAndClearsTheBoard();
     void quitTwice_terminatesOnce();
     void commandsWhileBusy_areRefused();
+    void workForLater_waitsForTheEndOfARead();
+    void listChange_letsNothingElseBegin();
     void finishSound_isPlayedAfterEachRead();
     void timerFire_startsTheDisplay();
     void randomCommands_leaveNothingBehind();
@@ -394,6 +396,49 @@ void VelmorRSSTest::commandsWhileBusy_areRefused()
     QVERIFY(tried);
     p.mainThread.drain();
     QVERIFY(p.window.mainWindowVisible);
+}
+
+void VelmorRSSTest::workForLater_waitsForTheEndOfARead()
+{
+    WholeProgram p;
+    p.addFeed(feedA, {u"一"_s});
+    p.launch();
+    QStringList done;
+    p.loader.onLoad = [&] {
+        p.control.whenIdle([&] { done << u"first"_s; });
+        p.control.whenIdle([&] { done << u"second"_s; });
+        p.mainThread.drain(); // what is posted runs during a read, and must not do this
+        QVERIFY(done.isEmpty());
+    };
+    p.control.actGetRSS();
+    p.loader.onLoad = {};
+    QVERIFY(done.isEmpty());
+    p.mainThread.drain();
+    QCOMPARE(done, (QStringList{u"first"_s, u"second"_s}));
+    p.control.whenIdle([&] { done << u"at once"_s; });
+    p.mainThread.drain();
+    QCOMPARE(done.size(), 3);
+}
+
+// A timer or a command in the middle of an import would read and show a list that is about to
+// change.
+void VelmorRSSTest::listChange_letsNothingElseBegin()
+{
+    WholeProgram p;
+    p.addFeed(feedA, {u"一"_s});
+    p.launch();
+    int during = 0;
+    p.loader.onLoad = [&] {
+        const int loads = p.loader.loads;
+        QVERIFY(p.control.isBusy());
+        p.control.actGetRSS();
+        QCOMPARE(p.loader.loads.load(), loads);
+        ++during;
+    };
+    p.rssList.appendAddresses({u"http://town/n"_s});
+    p.loader.onLoad = {};
+    QCOMPARE(during, 1);
+    QVERIFY(!p.control.isBusy());
 }
 
 void VelmorRSSTest::finishSound_isPlayedAfterEachRead()

@@ -48,7 +48,9 @@ public:
 class RecordingControl final : public DisplayControl
 {
 public:
-    explicit RecordingControl(QStringList &calls) : calls_(calls) {}
+    RecordingControl(QStringList &calls, MainThread &mainThread)
+        : calls_(calls), mainThread_(mainThread)
+    {}
 
     bool isDisplayActive() const override { return isActive; }
     void stopDispRSS() override
@@ -61,6 +63,9 @@ public:
         calls_ << QStringLiteral("start");
         isActive = true;
     }
+    void listChangeStarts() override { ++changesRunning; }
+    void listChangeEnds() override { --changesRunning; }
+    void whenIdle(std::function<void()> work) override { mainThread_.post(std::move(work)); }
     bool siteAccessWithAddress(const QString &address) override
     {
         calls_ << QStringLiteral("open ") + address;
@@ -70,9 +75,11 @@ public:
 
     bool isActive = false;
     bool opensSites = true;
+    int changesRunning = 0;
 
 private:
     QStringList &calls_;
+    MainThread &mainThread_;
 };
 
 class RecordingFeedWindow final : public FeedWindow
@@ -173,7 +180,7 @@ public:
     FeedsByAddress web;
     RecordingLog log;
     QStringList calls; ///< of the display and of the window, in order
-    RecordingControl control{calls};
+    RecordingControl control{calls, mainThread};
     RecordingFeedWindow window{calls};
     RSSList list{{defaults, {web, clock}, mainThread}};
     FeedListActions actions{list};

@@ -2,11 +2,13 @@
 #include "FeedListDesk.h"
 #include "feeds/AddressFile.h"
 #include "platform/Localization.h"
+#include "platform/views/AnswerableWindow.h"
 
 #include <QFile>
 #include <QFileDialog>
 #include <QHeaderView>
 #include <QLineEdit>
+#include <QProgressBar>
 #include <QUrl>
 
 using namespace qovelmor;
@@ -32,6 +34,8 @@ private Q_SLOTS:
     void linkFile();
     void droppedFile_staysWhereItIs();
     void import();
+    void import_thatTakesLong_canBeBrokenOff_data();
+    void import_thatTakesLong_canBeBrokenOff();
     void import_ofABrokenFile_isSaid();
     void exporting_data();
     void exporting();
@@ -305,6 +309,44 @@ void FeedDropsTest::import()
         QCOMPARE(fetched[3][1].toString(), QString());
     }
     QCOMPARE(desk.cell(2, FeedTableModel::Name), u"New"_s);
+}
+
+void FeedDropsTest::import_thatTakesLong_canBeBrokenOff_data()
+{
+    QTest::addColumn<int>("way");
+    QTest::newRow("the button") << 0;
+    QTest::newRow("Escape") << 1;
+    QTest::newRow("the window's close button") << 2;
+}
+
+void FeedDropsTest::import_thatTakesLong_canBeBrokenOff()
+{
+    QFETCH(int, way);
+    FeedListDesk desk(u"ab"_s);
+    const QString path = desk.folder.filePath(u"list.rssurl"_s);
+    QVERIFY(writeAddressFile(path, {u"http://n/"_s, u"http://o/"_s}));
+    QFileDialog *chooser = openPanel(desk, "actLoadURL", "loadURLPanel");
+    QVERIFY(chooser);
+    desk.web.duringLoad = [&] { // a server that takes its time
+        QTRY_VERIFY(desk.openDialog("importPanel"));
+        QDialog *panel = desk.openDialog("importPanel");
+        QVERIFY(isAnswerable(*panel));
+        QCOMPARE(panel->windowTitle(), localized(u"TitleLoadURL"_s));
+        QCOMPARE(desk.find<QProgressBar>("importProgress")->maximum(), 2);
+        QVERIFY(desk.find<QLabel>("importText")->text().contains(u"http://n/"));
+        if (way == 0)
+            QTest::mouseClick(desk.find<QPushButton>("actImportCancel"), Qt::LeftButton);
+        else if (way == 1)
+            QTest::keyClick(panel, Qt::Key_Escape);
+        else
+            panel->close();
+        QCOMPARE(desk.find<QLabel>("importText")->text(), localized(u"ImportCancelling"_s));
+    };
+    choose(desk, *chooser, path);
+    QCOMPARE(desk.web.requested, QStringList{u"http://n/"_s});
+    QVERIFY(!desk.openDialog("importPanel"));
+    QCOMPARE(desk.storedLetters(), u"ab"_s);
+    QCOMPARE(desk.statusLine.last()[0].toString(), localized(u"ImportCancelled"_s));
 }
 
 void FeedDropsTest::import_ofABrokenFile_isSaid()

@@ -31,6 +31,8 @@ private Q_SLOTS:
     void copy_data();
     void copy();
     void import_appends();
+    void import_cancelled_addsNothing();
+    void import_saysWhatItAdded();
     void import_ofAFileThatCannotBeRead();
     void import_duringQuit_losesNothing();
     void export_writesTheAddresses();
@@ -39,6 +41,7 @@ private Q_SLOTS:
     void rowDrop();
     void addressDrop_data();
     void addressDrop();
+    void addressDrop_goesAboveTheRowThatWasThere();
 };
 
 void FeedListActionsTest::add_opensAnEmptyDialog()
@@ -299,7 +302,8 @@ void FeedListActionsTest::export_writesTheAddresses()
     parts.actions.saveURLChosen(parts.folder.filePath(u"mine.txt"_s));
     QCOMPARE(readAddressFile(parts.folder.filePath(u"mine.rssurl"_s)),
              (QStringList{u"http://a/"_s, u"http://b/"_s}));
-    QVERIFY(parts.window.statuses.isEmpty());
+    const QString written = parts.folder.filePath(u"mine.rssurl"_s);
+    QCOMPARE(parts.window.statuses, QStringList{localized(u"FeedFileSaved"_s).arg(written)});
 }
 
 void FeedListActionsTest::export_thatFails_isSaid()
@@ -369,6 +373,8 @@ void FeedListActionsTest::addressDrop()
     parts.startWith(u"ab"_s);
     parts.web.titles[u"http://n/"_s] = u"New"_s;
     QTEST(parts.actions.acceptAddressDrop(text, target), "isAccepted");
+    QVERIFY(parts.web.requested.isEmpty()); // who dropped it is not kept waiting for the fetch
+    parts.mainThread.drain();
     QTEST(parts.letters(), "letters");
     QTEST(static_cast<int>(parts.window.statuses.size()), "statuses");
     if (parts.letters().endsWith(u'x')) {
@@ -377,6 +383,61 @@ void FeedListActionsTest::addressDrop()
     }
     if (parts.letters().size() == 3)
         QCOMPARE(parts.storedLetters(), parts.letters());
+}
+
+// The list may have changed when the drop's turn comes.
+void FeedListActionsTest::addressDrop_goesAboveTheRowThatWasThere()
+{
+    FeedListParts parts;
+    parts.startWith(u"abc"_s);
+    QVERIFY(parts.actions.acceptAddressDrop(u"http://n/"_s, 1));
+    QVERIFY(parts.actions.acceptAddressDrop(u"http://o/"_s, 2));
+    parts.list.moveRSSReaderFromIndex(1, 0); // b is the first one now
+    parts.list.removeReader(2);              // and c is gone
+    parts.mainThread.drain();
+    QCOMPARE(parts.storedLetters(), u"nbao"_s);
+}
+
+void FeedListActionsTest::import_cancelled_addsNothing()
+{
+    FeedListParts parts;
+    parts.startWith(u"ab"_s);
+    const QString path = parts.folder.filePath(u"list.rssurl"_s);
+    QVERIFY(writeAddressFile(path, {u"http://n/"_s, u"http://o/"_s, u"http://p/"_s}));
+    parts.web.titles = {
+        {u"http://n/"_s, u"N"_s}, {u"http://o/"_s, u"O"_s}, {u"http://p/"_s, u"P"_s}};
+    parts.control.isActive = true;
+    parts.web.duringLoad = [&] {
+        QVERIFY(!parts.list.isImportCancelled());
+        if (parts.web.requested.size() == 2) {
+            parts.actions.actImportCancel();
+            QVERIFY(parts.list.isImportCancelled()); // ends the transfer too
+        }
+    };
+    parts.actions.loadURLChosen(path);
+    QCOMPARE(parts.web.requested, (QStringList{u"http://n/"_s, u"http://o/"_s}));
+    QCOMPARE(parts.letters(), u"ab"_s);
+    QCOMPARE(parts.window.statuses.constLast(), localized(u"ImportCancelled"_s));
+    QCOMPARE(parts.calls, (QStringList{u"stop"_s, u"start"_s}));
+    QVERIFY(!parts.list.isImportCancelled());
+
+    parts.web.duringLoad = {};
+    parts.actions.loadURLChosen(path); // the next one is not
+    QCOMPARE(parts.storedLetters(), u"abnop"_s);
+}
+
+void FeedListActionsTest::import_saysWhatItAdded()
+{
+    FeedListParts parts;
+    parts.startWith(u"a"_s);
+    parts.web.titles[u"http://n/"_s] = u"New"_s;
+    const QString path = parts.folder.filePath(u"list.rssurl"_s);
+    QVERIFY(writeAddressFile(path, {u"http://n/"_s, u"http://n/"_s}));
+    parts.actions.loadURLChosen(path);
+    QCOMPARE(parts.window.statuses.constLast(), localized(u"ImportDone"_s).arg(2));
+    QVERIFY(writeAddressFile(path, {u"http://n/"_s, u"http://x/"_s, u"http://y/"_s}));
+    parts.actions.loadURLChosen(path);
+    QCOMPARE(parts.window.statuses.constLast(), localized(u"ImportDoneUnread"_s).arg(3).arg(2));
 }
 
 QTEST_GUILESS_MAIN(FeedListActionsTest)

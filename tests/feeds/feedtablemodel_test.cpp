@@ -221,6 +221,7 @@ void FeedTableModelTest::drop_fromElsewhere()
     data.setText(text);
     QTEST(table.model->canDropMimeData(&data, Qt::CopyAction, 1, 0, {}), "canDrop");
     table.model->dropMimeData(&data, Qt::CopyAction, 1, 0, {});
+    table.mainThread.drain();
     QTEST(table.letters(), "letters");
     QTEST(static_cast<int>(table.window.statuses.size()), "statuses");
     QCOMPARE(table.model->rowCount(), static_cast<int>(table.letters().size()));

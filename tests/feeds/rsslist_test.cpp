@@ -254,9 +254,13 @@ void RSSListTest::add_stopsBeforeItFetches()
     FeedListParts parts;
     parts.startWith(u"a"_s);
     parts.control.isActive = true;
-    parts.web.duringLoad = [&] { QVERIFY(!parts.control.isActive); };
+    parts.web.duringLoad = [&] {
+        QVERIFY(!parts.control.isActive);
+        QCOMPARE(parts.control.changesRunning, 1); // a timer that fires now has to wait
+    };
     parts.list.createReaderWithAddress(u"http://n/"_s, -1, RSSList::AddressMode::Add);
     QCOMPARE(parts.web.requested.size(), 1);
+    QCOMPARE(parts.control.changesRunning, 0);
 }
 
 // Enabling. -------------------------------------------------------------------------------------
