@@ -116,6 +116,7 @@ void MainWindow::connectParts()
     connect(splitter_, &QSplitter::splitterMoved, this, [this] { storeSizes(); });
     connect(menu_, &MainMenu::aboutRequested, this, &MainWindow::showAbout);
     connect(feedView_, &FeedListView::statusChanged, this, &MainWindow::showNotice);
+    connect(feedView_, &FeedListView::feedsChanged, this, &MainWindow::showProblems);
     connect(feedView_, &FeedListView::addressBeingFetched, this, &MainWindow::showFetching);
     connect(statusRow_, &StatusRow::messageNumberDoubleClicked, this,
             [this] { parts_.msgList.actDoubleClickRSSView(); });

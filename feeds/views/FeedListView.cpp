@@ -187,6 +187,7 @@ void FeedListView::renew()
         selected_ = model_.readerAt(selectedRow());
     list_.renewalControls();
     sayCause();
+    Q_EMIT feedsChanged();
 }
 
 void FeedListView::moveSelectedRow(int target)

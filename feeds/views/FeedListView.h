@@ -54,6 +54,8 @@ public:
 Q_SIGNALS:
     /// A sentence for the status line of the main window; empty takes the last one away.
     void statusChanged(const QString &text);
+    /// What problem() says may be different now.
+    void feedsChanged();
     /// A feed's name is being fetched; the sentence says so. Both are empty when that is over.
     void addressBeingFetched(const QString &address, const QString &sentence);
 
