@@ -55,6 +55,19 @@ QRect firstPlace(QRect screen)
     return place;
 }
 
+// The last session may have had a larger screen.
+QRect fittedInto(QRect place, const QRect &screen)
+{
+    constexpr QMargins frame{2, 28, 2, 6};
+    const QRect room = screen.marginsRemoved(frame);
+    place.setSize(place.size().boundedTo(room.size()).expandedTo(smallestSize));
+    place.moveRight(std::min(place.right(), room.right()));
+    place.moveBottom(std::min(place.bottom(), room.bottom()));
+    place.moveLeft(std::max(place.left(), room.left()));
+    place.moveTop(std::max(place.top(), room.top()));
+    return place;
+}
+
 } // namespace
 
 MainWindow::MainWindow(Controllers controllers, FeedListView *feedView,
@@ -234,6 +247,8 @@ void MainWindow::restoreSizes()
         const QRect place = firstPlace(screen()->availableGeometry());
         resize(place.size());
         move(place.topLeft());
+    } else if (!isMaximized() && !isFullScreen()) {
+        setGeometry(fittedInto(this->geometry(), screen()->availableGeometry()));
     }
 }
 

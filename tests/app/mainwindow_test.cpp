@@ -55,6 +55,7 @@ private Q_SLOTS:
     void closing_hidesWhereThereIsATray();
     void closing_quitsWhereThereIsNone();
     void secondLaunch_bringsUpAHiddenWindow();
+    void placeOfALargerScreen_isFitted();
     void startupWindow_isGoneAfterTheLaunch();
     void about_opensAndCloses();
     void iconsFollowTheTheme();
@@ -433,6 +434,19 @@ void MainWindowTest::secondLaunch_bringsUpAHiddenWindow()
     p.mainWindow.hide();
     p.control.secondLaunch();
     QVERIFY(p.mainWindow.isVisible());
+}
+
+void MainWindowTest::placeOfALargerScreen_isFitted()
+{
+    WindowedProgram p;
+    QWidget before;
+    before.setGeometry(300, 200, 3000, 2500);
+    p.defaults.setData(before.saveGeometry(), u"MainWindowGeometry"_s);
+    const MainWindow again({p.control, p.msgList, p.setup, p.defaults}, new FeedListView(p.rssList),
+                           new MessageListView(p.msgList), p.ledWindow);
+    const QRect screen = again.screen()->availableGeometry();
+    QVERIFY(screen.contains(again.geometry()));
+    QVERIFY(again.height() > screen.height() / 2);
 }
 
 void MainWindowTest::startupWindow_isGoneAfterTheLaunch()
