@@ -103,7 +103,7 @@ bool BoardExchange::openSerialPortWithNumber(int number)
         return false;
     if (const auto held = serial())
         held->close();
-    const auto port = std::make_shared<CocoaSerialPort>(clock_, limits_.port, lookup_);
+    const auto port = std::make_shared<CocoaSerialPort>(clock_, limits_.port, lookup_, makeWire_);
     port->setMessageList(&reports_);
     port->setPortLoss(&reports_);
     port->initForRS232();
@@ -138,7 +138,12 @@ bool BoardExchange::sendString(const QString &text)
     // A line that has not taken one command keeps nobody waiting for each of the others.
     if (!port || isRefused_)
         return false;
-    unread_.saw(port->takeArrivals(clock_.steadyNow()));
+    const QByteArray arrived = port->takeArrivals(clock_.steadyNow());
+    unread_.saw(arrived);
+    // Behind a full queue there is more, which is noise: no answer is so long. It must not come out
+    // after the question.
+    if (arrived.size() >= CharacterQue::capacity)
+        port->discardUnread();
     unread_.commandSent();
     isRefused_ = !port->sendEffectiveString(text);
     return !isRefused_;

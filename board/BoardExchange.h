@@ -11,6 +11,7 @@
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <utility>
 
 namespace qovelmor {
 
@@ -31,6 +32,9 @@ public:
     /// Who hears of it; before the first exchange, or never.
     void setMessageList(BoardLog *log);
     void setPortLoss(PortLoss *loss);
+
+    /// Other wires than the devices of the system; before the first opening.
+    void setWire(SerialWireMaker makeWire) { makeWire_ = std::move(makeWire); }
 
     /// Closes the port that is held, opens the one with this index and greets the board. False when
     /// it does not open (the unopened port is held then) or the link is lost.
@@ -90,6 +94,7 @@ private:
     Clock &clock_;
     const BoardLimits limits_;
     const CocoaSerialPort::DeviceLookup lookup_;
+    SerialWireMaker makeWire_ = DeviceWire::make;
 
     std::recursive_mutex turnMutex_; // an operation made of others holds it around them
     int turnDepth_ = 0;

@@ -22,8 +22,9 @@ void printOut(const QByteArray &text)
 
 } // namespace
 
-CocoaSerialPort::CocoaSerialPort(Clock &clock, PortLimits limits, DeviceLookup lookup)
-    : clock_(clock), limits_(limits), lookup_(std::move(lookup)), receiver_(clock, que_)
+CocoaSerialPort::CocoaSerialPort(Clock &clock, PortLimits limits, DeviceLookup lookup,
+                                 const SerialWireMaker &makeWire)
+    : clock_(clock), limits_(limits), lookup_(std::move(lookup)), wire_(makeWire(clock, que_))
 {}
 
 CocoaSerialPort::~CocoaSerialPort()
@@ -99,12 +100,8 @@ bool CocoaSerialPort::openWithPortNumber(int number)
 bool CocoaSerialPort::openPath(const QByteArray &path)
 {
     static std::atomic<int> openings = 0;
-    auto failure = line_.open(path, attributes_);
-    que_.clear();
-    if (!failure && !receiver_.start(line_.descriptor()))
-        failure = OpenFailure{OpenFailure::Step::Open, errno};
+    const auto failure = wire_->open(path, attributes_);
     if (failure) {
-        line_.close();
         printOut(openFailureText(path, *failure));
         const QString advice = openFailureAdvice(path, *failure);
         setOpenProblem(advice);
@@ -134,15 +131,13 @@ void CocoaSerialPort::setOpenProblem(const QString &problem)
 
 void CocoaSerialPort::close()
 {
-    receiver_.stop();
-    line_.drainAndRestore(attributes_, lineFreeAt_ + limits_.sendSlack);
+    wire_->drainAndRestore(attributes_, lineFreeAt_ + limits_.sendSlack);
     closeAtOnce();
 }
 
 void CocoaSerialPort::closeAtOnce()
 {
-    receiver_.stop();
-    line_.close();
+    wire_->close();
     open_ = false;
 }
 

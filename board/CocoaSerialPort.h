@@ -3,10 +3,10 @@
 
 #include "board/BoardLimits.h"
 #include "board/CharacterQue.h"
+#include "board/DeviceWire.h"
 #include "board/LineSettings.h"
 #include "board/SerialDevices.h"
-#include "board/SerialLine.h"
-#include "board/SerialReceiver.h"
+#include "board/SerialWire.h"
 #include "board/Watch.h"
 #include "platform/Clock.h"
 
@@ -17,6 +17,7 @@
 
 #include <atomic>
 #include <functional>
+#include <memory>
 #include <mutex>
 #include <optional>
 
@@ -41,7 +42,8 @@ public:
     using DeviceLookup = std::function<SerialLookup(SerialDeviceType)>;
 
     explicit CocoaSerialPort(Clock &clock, PortLimits limits = {},
-                             DeviceLookup lookup = findSerialDevices);
+                             DeviceLookup lookup = findSerialDevices,
+                             const SerialWireMaker &makeWire = DeviceWire::make);
     ~CocoaSerialPort();
     CocoaSerialPort(const CocoaSerialPort &) = delete;
     CocoaSerialPort &operator=(const CocoaSerialPort &) = delete;
@@ -118,6 +120,8 @@ public:
     // -----------------------------------------------------------------------------------
 
     void bufferClear();
+    /// What has arrived and found no room in the queue is gone.
+    void discardUnread() { wire_->discardUnread(); }
     int bufferCount() const { return que_.count(); }
     /// Asks the running wait, or else the next one, to give up. Any thread.
     void receiveBreak();
@@ -180,10 +184,8 @@ private:
     /// waited for any more.
     std::atomic<bool> silentAtEnd_ = false;
     Clock::SteadyTime lineFreeAt_{};
-    // The thread ends before its descriptor is closed and its queue goes away.
-    CharacterQue que_;
-    SerialLine line_;
-    SerialReceiver receiver_;
+    CharacterQue que_; // outlives the wire, which fills it
+    std::unique_ptr<SerialWire> wire_;
 };
 
 } // namespace qovelmor

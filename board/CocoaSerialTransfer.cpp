@@ -54,7 +54,7 @@ bool CocoaSerialPort::sendBytes(const QByteArray &bytes)
         std::max(lineFreeAt_, clock_.steadyNow()) + lineTime(bytes.size(), attributes_.baudRate());
     const bool waits = !silentAtEnd_;
     const bool sent =
-        line_.write(bytes, waits ? lineFreeAt_ + limits_.sendSlack : clock_.steadyNow());
+        wire_->write(bytes, waits ? lineFreeAt_ + limits_.sendSlack : clock_.steadyNow());
     if (!sent) {
         lineIsFree(); // what has not been taken will not leave
         silentAtEnd_ = silentAtEnd_ || clock_.sleepsEnded();
@@ -71,7 +71,7 @@ Clock::SteadyTime CocoaSerialPort::waitUntilSent()
     const Clock::SteadyTime latest = lineFreeAt_ + limits_.sendSlack;
     for (;;) {
         const Clock::SteadyTime now = clock_.steadyNow();
-        const int unsent = line_.unsentBytes();
+        const int unsent = wire_->unsentBytes();
         if (unsent == 0 || now >= latest || receiveBreak_)
             return std::max(now, lineFreeAt_);
         const auto expected =
@@ -90,7 +90,7 @@ void CocoaSerialPort::lineIsFree()
 void CocoaSerialPort::bufferClear()
 {
     que_.clear();
-    receiver_.spaceMade();
+    wire_->spaceMade();
 }
 
 void CocoaSerialPort::receiveBreak()
@@ -102,17 +102,14 @@ void CocoaSerialPort::receiveBreak()
 // Waits until the queue holds more than that, a break is asked for, or the deadline has passed.
 void CocoaSerialPort::waitForBytes(Clock::SteadyTime deadline, int moreThan) const
 {
-    // The queue's wait runs on the real steady clock, whatever clock the deadline is from.
-    const auto left = deadline - clock_.steadyNow();
-    que_.waitUntil(std::chrono::steady_clock::now() + left,
-                   [&](int count) { return count > moreThan || receiveBreak_; });
+    wire_->waitForBytes(deadline, [&](int count) { return count > moreThan || receiveBreak_; });
 }
 
 QByteArray CocoaSerialPort::takeArrivals(Clock::SteadyTime deadline)
 {
     waitForBytes(deadline, 0);
     QByteArray bytes = que_.take(CharacterQue::capacity);
-    receiver_.spaceMade();
+    wire_->spaceMade();
     return bytes;
 }
 
@@ -130,7 +127,7 @@ quint8 CocoaSerialPort::receiveChar()
             return 0; // the program ends
     }
     const quint8 byte = que_.getChar();
-    receiver_.spaceMade();
+    wire_->spaceMade();
     return byte;
 }
 
@@ -146,7 +143,7 @@ CocoaSerialPort::Gathering CocoaSerialPort::takeBuffer(QByteArray &bytes)
             return Gathering::TimedOut;
         }
         const QByteArray piece = que_.take(most - taken);
-        receiver_.spaceMade();
+        wire_->spaceMade();
         taken += static_cast<int>(piece.size());
         bytes += piece;
     }

@@ -99,6 +99,12 @@ bool SerialLine::write(const QByteArray &bytes, Deadline deadline) const
     return true;
 }
 
+void SerialLine::discardUnread() const
+{
+    if (isOpen())
+        tcflush(descriptor_, TCIFLUSH);
+}
+
 int SerialLine::unsentBytes() const
 {
     int count = 0;

@@ -40,6 +40,9 @@ public:
     /// False when the line reports an error or the deadline has passed.
     bool write(const QByteArray &bytes, Deadline deadline) const;
 
+    /// What has arrived and was not read yet is gone.
+    void discardUnread() const;
+
     /// Bytes that were written and have not left yet; 0 where the line cannot tell.
     int unsentBytes() const;
 

@@ -1,12 +1,16 @@
 // SPDX-License-Identifier: MIT
 // Faults of the serial line in numbers, on real pseudo-terminals: cables that are pulled at every
-// moment, boards that answer wrongly, lines of text on the way through all that. A share runs with
+// moment, boards that answer wrongly (most of them in simulated time), lines of text on the way
+// through all that. A share runs with
 // every test; QOVELMOR_LONG=1 runs the whole. QOVELMOR_SEED repeats a run.
 #include "board/ColumnWords.h"
+#include "platform/SimulatedClock.h"
 #include "tests/board/FaultyBoard.h"
 #include "tests/board/RunBench.h"
 #include "tests/board/SerialBench.h"
+#include "tests/board/SimulatedWire.h"
 
+#include <QScopeGuard>
 #include <QTemporaryDir>
 
 #include <numeric>
@@ -89,6 +93,8 @@ private Q_SLOTS:
     void initTestCase();
     void unplugs();
     void exchanges();
+    void exchangesInSimulatedTime_data();
+    void exchangesInSimulatedTime();
     void linesOfText();
 
 private:
@@ -99,7 +105,18 @@ private:
         std::chrono::microseconds after;
     };
 
+    struct Conversation
+    {
+        int count;
+        Clock &clock;
+        const FaultyAnswers &answers;
+        const BoardLimits &limits;
+        Clock::Duration bound;                 ///< no exchange takes longer
+        std::function<bool(int)> letAllArrive; ///< of so many commands
+    };
+
     void unplugOnce(const Unplug &unplug);
+    void exchange(VelmorSystem &system, const Conversation &with);
 
     bool isWhole_ = false;
     unsigned seed_ = 0;
@@ -219,9 +236,64 @@ void SerialFaultsTest::unplugs()
 
 // One command in a hundred meets a fault. Each exchange is over in time, and once the line has
 // fallen quiet the next one is right.
+void SerialFaultsTest::exchange(VelmorSystem &system, const Conversation &with)
+{
+    std::mt19937 random(seed_ + 1);
+    int right = 0;
+    int wrong = 0;
+    int unanswered = 0;
+    int sent = 1; // the greeting
+    int unchecked = 0;
+    Clock::Duration longest{};
+    const auto start = steady_clock::now();
+    for (int i = 0; i < with.count; ++i) {
+        if (unchecked == 0 && random() % 5 == 0) {
+            system.sc_clear(); // an order: nobody reads its answer
+            ++sent;
+            if (!FaultyAnswers::isHarmless(with.answers.lastFault()))
+                unchecked = 3;
+        }
+        const auto begin = with.clock.steadyNow();
+        const QString number = QString::number(i);
+        const auto answer = system.stringFarmCommand(u"ask "_s + number);
+        ++sent;
+        const auto taken = with.clock.steadyNow() - begin;
+        longest = std::max(longest, taken);
+        QVERIFY2(taken < with.bound, qPrintable(number));
+        QVERIFY(system.isPortOpen());
+        right += answer == number;
+        wrong += answer && answer != number;
+        unanswered += !answer;
+        // An exchange that the machine has kept from ending in time is as good as a fault.
+        const bool isDisturbed = unchecked > 0 ||
+                                 !FaultyAnswers::isHarmless(with.answers.lastFault()) ||
+                                 taken > with.limits.port.receiveWatch / 2;
+        if (!isDisturbed)
+            QVERIFY2(answer == number, qPrintable(number + u" got "_s + answer.value_or(u"-"_s)));
+        if (!isDisturbed)
+            continue;
+        // Now and then the next questions follow at once, as they do within a display run; then
+        // the line falls quiet.
+        if (unchecked == 0 && random() % 2 == 0)
+            unchecked = 4;
+        if (unchecked > 0 && --unchecked > 0)
+            continue;
+        QVERIFY(with.letAllArrive(sent));
+        system.settle();
+        with.clock.sleepFor(3ms);
+        unchecked = 0;
+    }
+    const double wall = std::chrono::duration<double>(steady_clock::now() - start).count();
+    const auto faults = with.answers.faults();
+    qInfo("%d exchanges, %d faults: %d right, %d other answers, %d without one; the longest took "
+          "%.0f ms, all %.0f s",
+          with.count, std::accumulate(faults.begin() + 1, faults.end(), 0), right, wrong,
+          unanswered, std::chrono::duration<double, std::milli>(longest).count(), wall);
+    QVERIFY(right > with.count * 95 / 100);
+}
+
 void SerialFaultsTest::exchanges()
 {
-    const int count = isWhole_ ? 200'000 : 3'000;
     SystemClock clock;
     RecordingLog log;
     const BoardLimits limits = faultLimits();
@@ -236,59 +308,59 @@ void SerialFaultsTest::exchanges()
         QVERIFY(system.openSerialPortWithNumber(0));
     }
     const int descriptors = openDescriptors();
-    std::mt19937 random(seed_ + 1);
-    int right = 0;
-    int wrong = 0;
-    int unanswered = 0;
-    int sent = 1; // the greeting
-    int unchecked = 0;
-    steady_clock::duration longest{};
-    const auto start = steady_clock::now();
-    for (int i = 0; i < count; ++i) {
-        if (unchecked == 0 && random() % 5 == 0) {
-            system.sc_clear(); // an order: nobody reads its answer
-            ++sent;
-            if (!FaultyBoard::isHarmless(far.lastFault()))
-                unchecked = 3;
-        }
-        const auto begin = steady_clock::now();
-        const QString number = QString::number(i);
-        const auto answer = system.stringFarmCommand(u"ask "_s + number);
-        ++sent;
-        const auto taken = steady_clock::now() - begin;
-        longest = std::max(longest, taken);
-        QVERIFY2(taken < bound, qPrintable(number));
-        QVERIFY(system.isPortOpen());
-        right += answer == number;
-        wrong += answer && answer != number;
-        unanswered += !answer;
-        // An exchange that the machine has kept from ending in time is as good as a fault.
-        const bool isDisturbed = unchecked > 0 || !FaultyBoard::isHarmless(far.lastFault()) ||
-                                 taken > limits.port.receiveWatch / 2;
-        if (!isDisturbed)
-            QVERIFY2(answer == number, qPrintable(number + u" got "_s + answer.value_or(u"-"_s)));
-        if (!isDisturbed)
-            continue;
-        // Now and then the next questions follow at once, as they do within a display run; then
-        // the line falls quiet.
-        if (unchecked == 0 && random() % 2 == 0)
-            unchecked = 4;
-        if (unchecked > 0 && --unchecked > 0)
-            continue;
-        QTRY_VERIFY_WITH_TIMEOUT(far.answered() >= sent, 10'000);
-        system.settle();
-        std::this_thread::sleep_for(3ms);
-        unchecked = 0;
-    }
-    const double wall = std::chrono::duration<double>(steady_clock::now() - start).count();
-    const auto faults = far.faults();
-    qInfo("%d exchanges, %d faults: %d right, %d other answers, %d without one; the longest took "
-          "%.0f ms, all %.0f s",
-          count, std::accumulate(faults.begin() + 1, faults.end(), 0), right, wrong, unanswered,
-          std::chrono::duration<double, std::milli>(longest).count(), wall);
+    const auto letAllArrive = [&far](int sent) {
+        return QTest::qWaitFor([&] { return far.answered() >= sent; }, 10'000);
+    };
+    exchange(system,
+             {isWhole_ ? 20'000 : 3'000, clock, far.answers(), limits, bound, letAllArrive});
     QVERIFY(log.lines().filter(u"lost "_s).isEmpty());
-    QVERIFY(right > count * 95 / 100);
     QCOMPARE(openDescriptors(), descriptors);
+}
+
+// The same with the limits of a real board, on a line that takes no real time: its far end is
+// simulated as well, so each exchange is over within limits that no busy machine moves.
+void SerialFaultsTest::exchangesInSimulatedTime_data()
+{
+    QTest::addColumn<unsigned>("seed");
+    QTest::newRow("this run's seed") << seed_;
+    // More noise than the queue holds, behind it an answer that nobody has read.
+    QTest::newRow("an old answer behind a full queue") << 5U;
+}
+void SerialFaultsTest::exchangesInSimulatedTime()
+{
+    QFETCH(unsigned, seed);
+    const unsigned seedOfTheRun = std::exchange(seed_, seed);
+    const auto giveBack = qScopeGuard([&] { seed_ = seedOfTheRun; });
+    SimulatedClock clock{Clock::CalendarTime(1'795'230'000s)};
+    RecordingLog log;
+    const BoardLimits limits;
+    FaultyAnswers answers(seed_, 100, limits.port.receiveWatch + 20ms);
+    const SimulatedWire *wire = nullptr;
+    VelmorSystem system(clock, limits, [](SerialDeviceType) {
+        return SerialLookup{0, false, {"/dev/board"}};
+    });
+    system.setWire([&](Clock &ticks, CharacterQue &que) {
+        auto made = std::make_unique<SimulatedWire>(ticks, que, answers);
+        wire = made.get();
+        return made;
+    });
+    system.setMessageList(&log);
+    system.setPortLoss(&log);
+    {
+        StdoutCapture quiet;
+        QVERIFY(system.openSerialPortWithNumber(0));
+    }
+    const auto letAllArrive = [&](int) {
+        clock.sleepUntil(wire->quietAt());
+        return true;
+    };
+    // Its time-out, what it waits for before it, and the time that its bytes need.
+    const auto most = limits.port.receiveWatch + limits.settle.most + 100ms;
+    const auto start = clock.steadyNow();
+    exchange(system, {200'000, clock, answers, limits, most, letAllArrive});
+    qInfo("%.0f minutes of simulated time",
+          std::chrono::duration<double, std::ratio<60>>(clock.steadyNow() - start).count());
+    QVERIFY(log.lines().filter(u"lost "_s).isEmpty());
 }
 
 // Whatever happens on the way, every column of a line goes over the wire, in order.
@@ -313,7 +385,7 @@ void SerialFaultsTest::linesOfText()
     int repeated = 0;
     for (int i = 0; i < count; ++i) {
         const int columns = 1 + static_cast<int>(random() % 80);
-        far.takeLines();
+        far.answers().takeLines();
         const auto start = steady_clock::now();
         system.showBitmap(numbered(columns)); // returns at the end of the run
         QVERIFY(steady_clock::now() - start < bound);
@@ -321,7 +393,7 @@ void SerialFaultsTest::linesOfText()
         for (int x = 0; x < columns; x += 16)
             expected << dataLine(x, std::min(x + 15, columns - 1));
         QList<QByteArray> pieces;
-        for (const QByteArray &line : far.takeLines()) {
+        for (const QByteArray &line : far.answers().takeLines()) {
             if (!line.startsWith("sc_data "))
                 continue;
             if (!pieces.isEmpty() && pieces.last() == line)
@@ -331,7 +403,7 @@ void SerialFaultsTest::linesOfText()
         }
         QCOMPARE(pieces, expected);
     }
-    const auto faults = far.faults();
+    const auto faults = far.answers().faults();
     qInfo("%d lines of text, %d faults: every column went over the line, %d pieces twice", count,
           std::accumulate(faults.begin() + 1, faults.end(), 0), repeated);
     QVERIFY(system.isPortOpen());
