@@ -2,6 +2,8 @@
 #include "tests/board/SerialBench.h"
 #include "tests/board/StridingClock.h"
 
+#include <termios.h>
+
 #include <algorithm>
 
 using namespace qovelmor;
@@ -183,10 +185,17 @@ void SerialReceiveTest::untilEOS_timeBeginsWhenTheCommandHasLeft()
 void SerialReceiveTest::untilEOS_timesOutAndReopens()
 {
     SerialBench b;
+    termios record{};
+    QCOMPARE(tcgetattr(b.far.descriptor(), &record), 0); // the two ends share one record
+    cfsetispeed(&record, B9600);
+    cfsetospeed(&record, B9600);
+    QCOMPARE(tcsetattr(b.far.descriptor(), TCSANOW, &record), 0);
     b.arrive("D 1\r\n");
     const auto start = steady_clock::now();
     QCOMPARE(b.port.receiveStringUntilEOSWithSkip(0), std::nullopt);
     QVERIFY(steady_clock::now() - start >= shortLimits.receiveWatch);
+    QCOMPARE(tcgetattr(b.far.descriptor(), &record), 0);
+    QCOMPARE(cfgetospeed(&record), speed_t(B19200)); // set when the port was opened again
     QCOMPARE(b.log.lines(), QStringList(u"watch CocoaSerialPort:receiveStringUntilEOSWithSkip"_s));
     b.arrive("Ok.");
     QCOMPARE(b.port.receiveStringUntilEOSWithSkip(0), std::optional(u"Ok."_s));
