@@ -15,6 +15,7 @@
 #include "platform/SystemLog.h"
 #include "platform/UserDefaults.h"
 #include "platform/views/ListTable.h"
+#include "platform/views/WideAlert.h"
 #include "platform/views/PlainAlert.h"
 #include "settings/Setup.h"
 
@@ -220,6 +221,7 @@ void MainWindow::showAbout()
     about->addButton(localized(u"Understand"_s), QMessageBox::AcceptRole)
         ->setObjectName(u"aboutButton"_s);
     about->setAttribute(Qt::WA_DeleteOnClose);
+    widen(*about);
     about->open();
 }
 

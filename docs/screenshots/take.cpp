@@ -7,6 +7,7 @@
 #include "app/CommandLine.h"
 #include "app/InterfaceFont.h"
 #include "app/Program.h"
+#include "app/ProgramIcon.h"
 #include "app/ToolkitTexts.h"
 
 #include <QAbstractButton>
@@ -181,6 +182,7 @@ int main(int argc, char **argv)
         return 2;
     }
     QApplication application(argc, argv);
+    QApplication::setWindowIcon(programIcon());
     chooseInterfaceFont();
     translateToolkitTexts(application);
     QApplication::setQuitOnLastWindowClosed(false);
