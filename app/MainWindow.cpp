@@ -15,8 +15,8 @@
 #include "platform/SystemLog.h"
 #include "platform/UserDefaults.h"
 #include "platform/views/ListTable.h"
-#include "platform/views/WideAlert.h"
 #include "platform/views/PlainAlert.h"
+#include "platform/views/WideAlert.h"
 #include "settings/Setup.h"
 
 #include <QAction>
