@@ -14,6 +14,7 @@
 #include "platform/Localization.h"
 #include "platform/SystemLog.h"
 #include "platform/UserDefaults.h"
+#include "platform/views/FittedPlace.h"
 #include "platform/views/ListTable.h"
 #include "platform/views/PlainAlert.h"
 #include "platform/views/WideAlert.h"
@@ -53,19 +54,6 @@ QRect firstPlace(QRect screen)
     QRect place(QPoint(), firstSize.boundedTo(screen.size()).expandedTo(smallestSize));
     place.moveCenter(screen.center());
     place.moveTop(std::max(screen.top(), place.top()));
-    return place;
-}
-
-// The last session may have had a larger screen.
-QRect fittedInto(QRect place, const QRect &screen)
-{
-    constexpr QMargins frame{2, 28, 2, 6};
-    const QRect room = screen.marginsRemoved(frame);
-    place.setSize(place.size().boundedTo(room.size()).expandedTo(smallestSize));
-    place.moveRight(std::min(place.right(), room.right()));
-    place.moveBottom(std::min(place.bottom(), room.bottom()));
-    place.moveLeft(std::max(place.left(), room.left()));
-    place.moveTop(std::max(place.top(), room.top()));
     return place;
 }
 
@@ -244,14 +232,11 @@ void MainWindow::paintEvent(QPaintEvent *event)
 
 void MainWindow::restoreSizes()
 {
-    const QByteArray geometry = parts_.defaults.dataForKey(geometryKey);
-    if (geometry.isEmpty() || !restoreGeometry(geometry)) {
-        const QRect place = firstPlace(screen()->availableGeometry());
-        resize(place.size());
-        move(place.topLeft());
-    } else if (!isMaximized() && !isFullScreen()) {
-        setGeometry(fittedInto(this->geometry(), screen()->availableGeometry()));
-    }
+    if (restoreFitted(*this, parts_.defaults.dataForKey(geometryKey)))
+        return;
+    const QRect place = firstPlace(screen()->availableGeometry());
+    resize(place.size());
+    move(place.topLeft());
 }
 
 void MainWindow::storeSizes()

@@ -2,6 +2,7 @@
 #include "platform/views/PlaceKeeper.h"
 
 #include "platform/UserDefaults.h"
+#include "platform/views/FittedPlace.h"
 
 #include <QEvent>
 #include <QWidget>
@@ -19,7 +20,8 @@ constexpr auto settleTime = 700ms; // after the last move, so that a drag is sto
 PlaceKeeper::PlaceKeeper(QWidget &window, UserDefaults &defaults, const QString &key)
     : QObject(&window), window_(window), defaults_(defaults), key_(key)
 {
-    window_.restoreGeometry(defaults_.dataForKey(key_));
+    if (!restoreFitted(window_, defaults_.dataForKey(key_)))
+        boundToScreen(window_);
     window_.installEventFilter(this);
     settled_.setSingleShot(true);
     settled_.setInterval(settleTime);

@@ -18,8 +18,8 @@ class PlaceKeeper final : public QObject
     Q_OBJECT
 
 public:
-    /// The window owns its keeper. Without a stored place the window keeps the size it has and
-    /// stands where the window system puts it.
+    /// The window owns its keeper. Without a stored place the window keeps the size it has, as far
+    /// as the screen has room for it, and stands where the window system puts it.
     PlaceKeeper(QWidget &window, UserDefaults &defaults, const QString &key);
 
     bool eventFilter(QObject *watched, QEvent *event) override;

@@ -2,6 +2,7 @@
 #include "platform/UserDefaults.h"
 #include "platform/views/PlaceKeeper.h"
 
+#include <QScreen>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QWidget>
@@ -18,6 +19,8 @@ private Q_SLOTS:
     void place_comesBack();
     void place_isStoredSoonAfterAMove();
     void windowNobodyHasSeen_storesNothing();
+    void windowOfALargerScreen_isFittedIn();
+    void windowWithoutAPlace_isNoLargerThanTheScreen();
 };
 
 namespace {
@@ -79,6 +82,29 @@ void PlaceKeeperTest::windowNobodyHasSeen_storesNothing()
         window.hide();
     }
     QVERIFY(!desk.defaults.hasKey(key));
+}
+
+void PlaceKeeperTest::windowOfALargerScreen_isFittedIn()
+{
+    Desk desk;
+    QWidget wide;
+    const QRect screen = wide.screen()->availableGeometry();
+    wide.setGeometry(QRect(screen.bottomRight(), screen.size() + QSize(300, 200)));
+    desk.defaults.setData(wide.saveGeometry(), key);
+    QWidget window;
+    new PlaceKeeper(window, desk.defaults, key);
+    QVERIFY2(screen.contains(window.geometry()), qPrintable(QDebug::toString(window.geometry())));
+}
+
+void PlaceKeeperTest::windowWithoutAPlace_isNoLargerThanTheScreen()
+{
+    Desk desk;
+    QWidget window;
+    const QSize screen = window.screen()->availableSize();
+    window.resize(screen.width() + 100, 200);
+    new PlaceKeeper(window, desk.defaults, key);
+    QVERIFY(window.width() < screen.width());
+    QCOMPARE(window.height(), 200);
 }
 
 QTEST_MAIN(PlaceKeeperTest)
