@@ -68,8 +68,9 @@ bool isConnectionBroken()
     using HasError = int(void *);
     static HasError *const hasError =
         loadedFunction<HasError>("libxcb.so.1", "xcb_connection_has_error");
-    const auto *display = qGuiApp != nullptr
-                              ? qGuiApp->nativeInterface<QNativeInterface::QX11Application>()
+    const auto *application = qobject_cast<QGuiApplication *>(QCoreApplication::instance());
+    const auto *display = application != nullptr
+                              ? application->nativeInterface<QNativeInterface::QX11Application>()
                               : nullptr;
     return hasError != nullptr && display != nullptr && hasError(display->connection()) != 0;
 }

@@ -79,6 +79,7 @@ void SuspensionTest::machineThatSlept_goesOnWhereItWas_data()
     QTest::newRow("8 hours, unannounced") << false << 8;
     QTest::newRow("5 days, unannounced") << false << 5 * 24;
 }
+
 void SuspensionTest::machineThatSlept_goesOnWhereItWas()
 {
     QFETCH(bool, isAnnounced);
@@ -86,7 +87,10 @@ void SuspensionTest::machineThatSlept_goesOnWhereItWas()
     Shop shop;
     const int usual = shop.loadsWithin(10);
     QVERIFY(usual > 50); // a pass over the list takes some ten seconds
-    shop.sleep(1s);
+    // Between the steps of the other threads, which then all sleep, and within a line.
+    shop.sleep(1007ms);
+    while (!shop.screen.isShowing())
+        shop.sleep(100ms);
     const QStringList shown = shop.screen.takeShown();
     const int line = shop.control.lastDispLine();
     const qsizetype fired = shop.timersFired();

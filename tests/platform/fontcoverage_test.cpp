@@ -33,5 +33,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(FontCoverageTest)
+QTEST_MAIN(FontCoverageTest)
 #include "fontcoverage_test.moc"
