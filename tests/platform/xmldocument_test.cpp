@@ -132,6 +132,14 @@ private Q_SLOTS:
                  qPrintable(QString::number(peakMebibytes() - before)));
     }
 
+    void textThatGrowsTooLong_isSaidAsSuch()
+    {
+        const XmlParseResult result =
+            XmlDocument::parse("<a>" + QByteArray(11'000'000, 'x') + "</a>");
+        QVERIFY(!result.document);
+        QCOMPARE(result.failure.cause, u"文書の構造が大きすぎます。"_s);
+    }
+
     void files_areNeverRead()
     {
         QTemporaryFile secret;
