@@ -12,6 +12,7 @@ class SerialLossTest : public QObject
 
 private Q_SLOTS:
     void reopen_ofANeverOpenedPort_alertsNobody();
+    void reopen_takesThePathAndNotThePlaceInTheList();
     void hangUp_idleBurnsNoCore();
     void hangUp_whileWaiting_losesThePortOnce();
     void lostPort_answersAtOnce();
@@ -42,6 +43,27 @@ void SerialLossTest::reopen_ofANeverOpenedPort_alertsNobody()
     QCOMPARE(port.receiveChar(), quint8(0));
     QVERIFY(steady_clock::now() - start < 500ms);
     QVERIFY(log.lines().isEmpty());
+}
+
+// Since the port was opened another device has been plugged in and stands before it in the list.
+void SerialLossTest::reopen_takesThePathAndNotThePlaceInTheList()
+{
+    SystemClock clock;
+    const PseudoTerminal board;
+    const PseudoTerminal stranger;
+    QList<QByteArray> devices{board.path()};
+    CocoaSerialPort port(clock, shortLimits, [&devices](SerialDeviceType) {
+        return SerialLookup{0, false, devices};
+    });
+    StdoutCapture quiet;
+    port.initForRS232();
+    QVERIFY(port.openWithPortNumber(0));
+    devices.prepend(stranger.path());
+    port.initForRS232();
+    QVERIFY(port.reopen());
+    QVERIFY(port.sendString(u"ver\r"_s));
+    QCOMPARE(board.readBytes(4, 2000ms), QByteArray("ver\r"));
+    QVERIFY(stranger.read(0ms).isEmpty());
 }
 
 void SerialLossTest::hangUp_idleBurnsNoCore()
