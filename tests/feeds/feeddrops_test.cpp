@@ -1,20 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "FeedListDesk.h"
-#include "feeds/AddressFile.h"
 #include "platform/Localization.h"
-#include "platform/views/AnswerableWindow.h"
 
 #include <QFile>
-#include <QFileDialog>
-#include <QHeaderView>
-#include <QLineEdit>
-#include <QProgressBar>
 #include <QUrl>
 
 using namespace qovelmor;
 using namespace Qt::Literals::StringLiterals;
 
-/// What comes into the feed table and goes out of it: drags, drops, files, sizes.
+/// What is dragged within the feed table and dropped onto it.
 class FeedDropsTest : public QObject
 {
     Q_OBJECT
@@ -33,19 +27,6 @@ private Q_SLOTS:
     void linkFile_data();
     void linkFile();
     void droppedFile_staysWhereItIs();
-    void import();
-    void import_thatTakesLong_canBeBrokenOff_data();
-    void import_thatTakesLong_canBeBrokenOff();
-    void import_ofABrokenFile_isSaid();
-    void exporting_data();
-    void exporting();
-    void export_asksBeforeAnotherFileIsReplaced_data();
-    void export_asksBeforeAnotherFileIsReplaced();
-    void export_thatFails_isSaid();
-    void columnWidths_areStoredOnce();
-    void columnWidths_ofTheLayoutAreNotStored();
-    void sizes_areTakenFromTheStore_data();
-    void sizes_areTakenFromTheStore();
 };
 
 // Rows. ---------------------------------------------------------------------------------------
@@ -263,238 +244,6 @@ void FeedDropsTest::droppedFile_staysWhereItIs()
     QCOMPARE(desk.lastDrop.action, Qt::CopyAction);
     QVERIFY(desk.drop(data, desk.placeAbove(0), Qt::LinkAction, Qt::LinkAction));
     QCOMPARE(desk.lastDrop.action, Qt::LinkAction);
-}
-
-// The feed list's file. -----------------------------------------------------------------------
-
-namespace {
-
-QFileDialog *openPanel(FeedListDesk &desk, const char *action, const char *panel)
-{
-    desk.find<QAction>(action)->trigger();
-    desk.settle();
-    return qobject_cast<QFileDialog *>(desk.openDialog(panel));
-}
-
-void choose(FeedListDesk &desk, QFileDialog &panel, const QString &path)
-{
-    auto *name = panel.findChild<QLineEdit *>(u"fileNameEdit"_s);
-    QVERIFY(name);
-    name->setText(path);
-    QTest::keyClick(name, Qt::Key_Return);
-    desk.settle();
-}
-
-} // namespace
-
-void FeedDropsTest::import()
-{
-    FeedListDesk desk(u"ab"_s);
-    desk.web.titles[u"http://n/"_s] = u"New"_s;
-    const QString path = desk.folder.filePath(u"list.rssurl"_s);
-    QVERIFY(writeAddressFile(path, {u"http://n/"_s, u"http://a/"_s}));
-    for (const QString &letters : {u"abna"_s, u"abnana"_s}) { // each import appends
-        QFileDialog *panel = openPanel(desk, "actLoadURL", "loadURLPanel");
-        QVERIFY(panel);
-        QCOMPARE(panel->windowTitle(), localized(u"TitleLoadURL"_s));
-        QCOMPARE(panel->labelText(QFileDialog::Accept), localized(u"Execute"_s));
-        QVERIFY(panel->nameFilters().constFirst().contains(u"*.rssurl"_s));
-        QSignalSpy fetched(desk.view.get(), &FeedListView::addressBeingFetched);
-        choose(desk, *panel, path);
-        QCOMPARE(desk.storedLetters(), letters);
-        const QString sentence = localized(u"FetchingAddress"_s);
-        QCOMPARE(fetched.size(), 4); // each address, and that it is over
-        QCOMPARE(fetched[0][1].toString(), sentence.arg(u"http://n/"_s) + u" (1/2)"_s);
-        QCOMPARE(fetched[2][1].toString(), sentence.arg(u"http://a/"_s) + u" (2/2)"_s);
-        QCOMPARE(fetched[3][1].toString(), QString());
-    }
-    QCOMPARE(desk.cell(2, FeedTableModel::Name), u"New"_s);
-}
-
-void FeedDropsTest::import_thatTakesLong_canBeBrokenOff_data()
-{
-    QTest::addColumn<int>("way");
-    QTest::newRow("the button") << 0;
-    QTest::newRow("Escape") << 1;
-    QTest::newRow("the window's close button") << 2;
-}
-
-void FeedDropsTest::import_thatTakesLong_canBeBrokenOff()
-{
-    QFETCH(int, way);
-    FeedListDesk desk(u"ab"_s);
-    const QString path = desk.folder.filePath(u"list.rssurl"_s);
-    QVERIFY(writeAddressFile(path, {u"http://n/"_s, u"http://o/"_s}));
-    QFileDialog *chooser = openPanel(desk, "actLoadURL", "loadURLPanel");
-    QVERIFY(chooser);
-    desk.web.duringLoad = [&] { // a server that takes its time
-        QTRY_VERIFY(desk.openDialog("importPanel"));
-        QDialog *panel = desk.openDialog("importPanel");
-        QVERIFY(isAnswerable(*panel));
-        QCOMPARE(panel->windowTitle(), localized(u"TitleLoadURL"_s));
-        QCOMPARE(desk.find<QProgressBar>("importProgress")->maximum(), 2);
-        QVERIFY(desk.find<QLabel>("importText")->text().contains(u"http://n/"));
-        if (way == 0)
-            QTest::mouseClick(desk.find<QPushButton>("actImportCancel"), Qt::LeftButton);
-        else if (way == 1)
-            QTest::keyClick(panel, Qt::Key_Escape);
-        else
-            panel->close();
-        QCOMPARE(desk.find<QLabel>("importText")->text(), localized(u"ImportCancelling"_s));
-    };
-    choose(desk, *chooser, path);
-    QCOMPARE(desk.web.requested, QStringList{u"http://n/"_s});
-    QVERIFY(!desk.openDialog("importPanel"));
-    QCOMPARE(desk.storedLetters(), u"ab"_s);
-    QCOMPARE(desk.statusLine.last()[0].toString(), localized(u"ImportCancelled"_s));
-}
-
-void FeedDropsTest::import_ofABrokenFile_isSaid()
-{
-    FeedListDesk desk(u"ab"_s);
-    QFile file(desk.folder.filePath(u"bad.rssurl"_s));
-    QVERIFY(file.open(QFile::WriteOnly));
-    file.write("no list");
-    file.close();
-    QFileDialog *panel = openPanel(desk, "actLoadURL", "loadURLPanel");
-    QVERIFY(panel);
-    QTest::ignoreMessage(QtWarningMsg, "File read error.");
-    choose(desk, *panel, file.fileName());
-    QCOMPARE(desk.statusLine.last()[0].toString(), localized(u"FeedFileReadError"_s));
-    QCOMPARE(desk.letters(), u"ab"_s);
-}
-
-void FeedDropsTest::exporting_data()
-{
-    QTest::addColumn<QString>("typed");
-    QTest::newRow("with the extension") << u"mine.rssurl"_s;
-    QTest::newRow("without extension") << u"mine"_s;
-    QTest::newRow("with another extension") << u"mine.txt"_s;
-}
-
-void FeedDropsTest::exporting()
-{
-    QFETCH(QString, typed);
-    FeedListDesk desk(u"ab"_s);
-    QFileDialog *panel = openPanel(desk, "actSaveURL", "saveURLPanel");
-    QVERIFY(panel);
-    QCOMPARE(panel->windowTitle(), localized(u"TitleSaveURL"_s));
-    QCOMPARE(panel->labelText(QFileDialog::Accept), localized(u"Execute"_s));
-    QCOMPARE(panel->findChild<QLineEdit *>(u"fileNameEdit"_s)->text(), u"untitled.rssurl"_s);
-    choose(desk, *panel, desk.folder.filePath(typed));
-    QCOMPARE(readAddressFile(desk.folder.filePath(u"mine.rssurl"_s)),
-             (QStringList{u"http://a/"_s, u"http://b/"_s}));
-}
-
-void FeedDropsTest::export_asksBeforeAnotherFileIsReplaced_data()
-{
-    QTest::addColumn<bool>("isReplaced");
-    QTest::newRow("replace") << true;
-    QTest::newRow("Cancel") << false;
-}
-
-void FeedDropsTest::export_asksBeforeAnotherFileIsReplaced()
-{
-    QFETCH(bool, isReplaced);
-    FeedListDesk desk(u"ab"_s);
-    const QString path = desk.folder.filePath(u"mine.rssurl"_s);
-    QVERIFY(writeAddressFile(path, {u"http://old/"_s}));
-    QFileDialog *panel = openPanel(desk, "actSaveURL", "saveURLPanel");
-    QVERIFY(panel);
-    choose(desk, *panel, desk.folder.filePath(u"mine.txt"_s));
-
-    QVERIFY(desk.openDialog("replaceFileAlert"));
-    QCOMPARE(readAddressFile(path), QStringList{u"http://old/"_s});
-    QTest::mouseClick(
-        desk.find<QPushButton>(isReplaced ? "replaceFileAlertAccept" : "replaceFileAlertCancel"),
-        Qt::LeftButton);
-    QCOMPARE(readAddressFile(path), isReplaced ? (QStringList{u"http://a/"_s, u"http://b/"_s})
-                                               : QStringList{u"http://old/"_s});
-}
-
-void FeedDropsTest::export_thatFails_isSaid()
-{
-    FeedListDesk desk(u"ab"_s);
-    QVERIFY(QDir().mkpath(desk.folder.filePath(u"mine.rssurl"_s))); // a folder of that name
-    QFileDialog *panel = openPanel(desk, "actSaveURL", "saveURLPanel");
-    QVERIFY(panel);
-    QTest::ignoreMessage(QtWarningMsg, "File save error.");
-    choose(desk, *panel, desk.folder.filePath(u"mine.txt"_s));
-    QTest::mouseClick(desk.find<QPushButton>("replaceFileAlertAccept"), Qt::LeftButton);
-    QCOMPARE(desk.statusLine.last()[0].toString(), localized(u"FeedFileSaveError"_s));
-}
-
-// Sizes. --------------------------------------------------------------------------------------
-
-void FeedDropsTest::columnWidths_areStoredOnce()
-{
-    FeedListDesk desk(u"a"_s);
-    QHeaderView *header = desk.table().horizontalHeader();
-    const auto widthsInStore = [&] { return desk.list.view().columnWidths(); };
-    QVERIFY(widthsInStore().empty());
-    const int edge = header->sectionViewportPosition(2) - 1;
-    const int before = header->sectionSize(1);
-    QTest::mousePress(header->viewport(), Qt::LeftButton, {}, {edge, 5});
-    for (int step = 5; step <= 40; step += 5)
-        QTest::mouseMove(header->viewport(), {edge + step, 5});
-    QCOMPARE(header->sectionSize(1), before + 40);
-    QVERIFY(widthsInStore().empty()); // not at each step: storing touches the disk
-    QTest::mouseRelease(header->viewport(), Qt::LeftButton, {}, {edge + 40, 5});
-    desk.settle();
-    QCOMPARE(widthsInStore(), desk.table().columnWidths());
-    QCOMPARE(widthsInStore()[1], double(before + 40));
-    QCOMPARE(widthsInStore().size(), std::size_t(5));
-}
-
-void FeedDropsTest::columnWidths_ofTheLayoutAreNotStored()
-{
-    FeedListDesk desk(u"a"_s);
-    desk.view->resize(600, 300);
-    desk.settle();
-    desk.click(0);
-    QHeaderView *header = desk.table().horizontalHeader();
-    QTest::mouseClick(header->viewport(), Qt::LeftButton, {},
-                      {header->sectionViewportPosition(3) + 30, 5});
-    desk.settle();
-    QVERIFY(desk.list.view().columnWidths().empty());
-}
-
-void FeedDropsTest::sizes_areTakenFromTheStore_data()
-{
-    QTest::addColumn<std::vector<double>>("widths");
-    QTest::addColumn<double>("rowHeight");
-    QTest::addColumn<double>("fontSize");
-    QTest::addColumn<QList<int>>("shown"); // first three widths, row height, font
-    QTest::newRow("nothing stored")
-        << std::vector<double>{} << 17.0 << 12.0 << QList<int>{44, 90, 100, 17, 12};
-    QTest::newRow("all columns") << std::vector<double>{60, 70, 80, 90, 100} << 21.0 << 14.0
-                                 << QList<int>{60, 70, 80, 21, 14};
-    QTest::newRow("columns beyond keep theirs")
-        << std::vector<double>{60} << 17.0 << 12.0 << QList<int>{60, 90, 100, 17, 12};
-    QTest::newRow("too many") << std::vector<double>{60, 70, 80, 90, 100, 110} << 17.0 << 12.0
-                              << QList<int>{60, 70, 80, 17, 12};
-    QTest::newRow("at least one pixel")
-        << std::vector<double>{0, -5, 2.9} << -4.0 << 0.0 << QList<int>{1, 1, 2, 1, 1};
-    QTest::newRow("out of all bounds")
-        << std::vector<double>{60, 70, 80} << 1e300 << -1e300 << QList<int>{60, 70, 80, 10000, 1};
-}
-
-void FeedDropsTest::sizes_areTakenFromTheStore()
-{
-    QFETCH(std::vector<double>, widths);
-    QFETCH(double, rowHeight);
-    QFETCH(double, fontSize);
-    FeedListParts parts;
-    if (!widths.empty())
-        parts.list.view().setColumnWidths(widths);
-    parts.list._setRowHeight(rowHeight);
-    parts.list.setFont(fontSize);
-    const FeedListView view(parts.list);
-    const ListTable &table = *view.listView();
-    const QList<int> shown{table.columnWidth(0), table.columnWidth(1), table.columnWidth(2),
-                           table.verticalHeader()->defaultSectionSize(), table.font().pixelSize()};
-    QTEST(shown, "shown");
-    QCOMPARE(parts.list.view().rowHeight(), rowHeight); // stored as given
 }
 
 QTEST_MAIN(FeedDropsTest)
