@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/XmlTreeBuilder.h"
 
-#include "platform/XmlLimits.h"
-
 #include <libxml/HTMLparser.h>
 #include <libxml/SAX2.h>
 #include <libxml/parser.h>
@@ -41,7 +39,9 @@ std::chrono::nanoseconds threadTime()
 class Builder
 {
 public:
-    Builder(xmlParserCtxtPtr parser, std::span<const std::string_view> containers) : parser_(parser)
+    Builder(xmlParserCtxtPtr parser, std::span<const std::string_view> containers,
+            std::chrono::nanoseconds mostTime)
+        : parser_(parser), mostTime_(mostTime)
     {
         containers_.reserve(containers.size());
         for (const std::string_view name : containers)
@@ -73,7 +73,7 @@ public:
         treeBytes_ += bytes;
         if (treeBytes_ > xmllimits::treeBytes)
             stop(parser, XmlBreak::TooLarge);
-        if (++events_ % eventsPerLook == 0 && threadTime() - start_ > xmllimits::parseTime)
+        if (++events_ % eventsPerLook == 0 && threadTime() - start_ > mostTime_)
             stop(parser, XmlBreak::TooSlow);
         return reason_ == XmlBreak::None;
     }
@@ -143,6 +143,7 @@ private:
     };
 
     xmlParserCtxtPtr parser_;
+    std::chrono::nanoseconds mostTime_;
     std::vector<const xmlChar *> containers_; ///< names of the parser's dictionary
     XmlBreak reason_ = XmlBreak::None;
     std::size_t treeBytes_ = 0;
@@ -346,7 +347,8 @@ QByteArray xmlNamespaceOfPrefix(std::string_view prefix)
     return QByteArray("prefix:").append(prefix.data(), static_cast<qsizetype>(prefix.size()));
 }
 
-XmlTree buildXmlTree(std::string_view utf8, std::span<const std::string_view> containers)
+XmlTree buildXmlTree(std::string_view utf8, std::span<const std::string_view> containers,
+                     std::chrono::nanoseconds mostTime)
 {
     prepareLibrary();
     struct Free
@@ -355,7 +357,7 @@ XmlTree buildXmlTree(std::string_view utf8, std::span<const std::string_view> co
     };
     const std::unique_ptr<xmlParserCtxt, Free> parser(::xmlNewParserCtxt());
     XmlTree tree;
-    Builder builder(parser.get(), containers);
+    Builder builder(parser.get(), containers, mostTime);
     parser->_private = &builder;
     setHandlers(*parser->sax);
     // Entities replaced, CDATA as text, no network. Never HUGE (entities grow without bound),

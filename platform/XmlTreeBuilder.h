@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/XmlLimits.h"
+
 #include <QByteArray>
 
+#include <chrono>
 #include <span>
 #include <string_view>
 
@@ -24,7 +27,9 @@ struct XmlTree
 /// Parses UTF-8 into a tree whose elements and attributes stand in one made-up namespace for each
 /// prefix, as written: those without a prefix in none. Comments and processing instructions are
 /// left out, and so is the white space directly inside elements that are named in `containers`.
-XmlTree buildXmlTree(std::string_view utf8, std::span<const std::string_view> containers);
+/// Gives up when the calling thread has worked on it for `mostTime`.
+XmlTree buildXmlTree(std::string_view utf8, std::span<const std::string_view> containers,
+                     std::chrono::nanoseconds mostTime = xmllimits::parseTime);
 
 /// The name of the made-up namespace for a prefix.
 QByteArray xmlNamespaceOfPrefix(std::string_view prefix);

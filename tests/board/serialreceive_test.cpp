@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "tests/board/SerialBench.h"
-#include "tests/board/StridingClock.h"
+#include "tests/support/StridingClock.h"
 
 #include <termios.h>
 

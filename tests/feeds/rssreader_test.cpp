@@ -4,12 +4,14 @@
 #include "platform/SimulatedClock.h"
 #include "tests/feeds/FakeFeedLoader.h"
 #include "tests/feeds/FeedTexts.h"
+#include "tests/support/StridingClock.h"
 
 #include <QtTest>
 
 using namespace qovelmor;
 using namespace qovelmor::feedtexts;
 using namespace Qt::Literals::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -303,6 +305,24 @@ private Q_SLOTS:
         QCOMPARE(made->readHeadlines(), 0);
         QCOMPARE(made->descriptionAtIndex(0), u""_s);
         QCOMPARE(made->descriptionAtIndex(1), u"よい"_s);
+        QCOMPARE(log.watchBreaks,
+                 std::vector<QString>{u"watchBreak:RSSReader:pulloutTextString"_s});
+    }
+
+    void description_thatTakesTooLong_isEmptyAndLogged()
+    {
+        StridingClock clock;
+        clock.setStride(150ms);
+        RecordingLog log;
+        loader_.answerWith(
+            rss2(item("<title>一</title><description>" +
+                      QByteArray("&lt;b&gt;太&lt;/b&gt;").repeated(10) + "</description>") +
+                 item("<title>二</title><description>&lt;b&gt;太&lt;/b&gt;</description>")));
+        RSSReader made({loader_, clock}, feedAddress, true, u"名前"_s, feedformat::rss2);
+        made.setMessageList(&log);
+        QCOMPARE(made.readHeadlines(), 0);
+        QCOMPARE(made.descriptionAtIndex(0), u""_s);
+        QCOMPARE(made.descriptionAtIndex(1), u"太"_s);
         QCOMPARE(log.watchBreaks,
                  std::vector<QString>{u"watchBreak:RSSReader:pulloutTextString"_s});
     }

@@ -160,6 +160,10 @@ Documents damagedDocuments()
         tag.insert(at, "<b>");
         documents.push_back({"an open tag at " + number(at), tag, XmlOutcome::Either});
     }
+    // Large enough to be read piece by piece: what comes behind the damage is well-formed again.
+    const QByteArray items = QByteArray("<item><title>t</title></item>").repeated(10'000);
+    documents.push_back({"an open tag before 10,000 items",
+                         "<rss><item><b></item>" + items + "</rss>", XmlOutcome::Error});
     return documents;
 }
 

@@ -2,6 +2,7 @@
 #include "platform/XmlDocument.h"
 #include "platform/XmlLimits.h"
 #include "platform/XmlTagScan.h"
+#include "platform/XmlTreeBuilder.h"
 
 #include <QtTest>
 
@@ -13,6 +14,7 @@
 
 using namespace qovelmor;
 using namespace Qt::Literals::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -138,6 +140,15 @@ private Q_SLOTS:
             XmlDocument::parse("<a>" + QByteArray(11'000'000, 'x') + "</a>");
         QVERIFY(!result.document);
         QCOMPARE(result.failure.cause, u"文書の構造が大きすぎます。"_s);
+    }
+
+    void treeThatTakesTooLong_isGivenUp()
+    {
+        const QByteArray xml = "<a>" + QByteArray("<b>x</b>").repeated(1000) + "</a>";
+        const XmlTree tree = buildXmlTree(xml.toStdString(), {}, 0ns);
+        QVERIFY(!tree.document);
+        QVERIFY(tree.reason == XmlBreak::TooSlow);
+        QCOMPARE(tree.line, 1);
     }
 
     void files_areNeverRead()
