@@ -133,20 +133,17 @@ HeightRange inkedHeightRange(const QImage &image, int boarder)
     return {std::max(image.height() - last, 0), last - first};
 }
 
-std::shared_ptr<const VelmorBitmap> renderOutlineText(const QString &text,
-                                                      const FontSettings &settings)
+std::shared_ptr<const VelmorBitmap> dotsOfImage(const QImage &image, double width, int boarder)
 {
-    const TextLine line(text, settings);
-    const QImage image = line.draw();
-    const HeightRange range = inkedHeightRange(image, settings.boarder);
-    ImageBand band{line.width(), image.height() - range.location - range.length, range.length};
+    const HeightRange range = inkedHeightRange(image, boarder);
+    ImageBand band{width, image.height() - range.location - range.length, range.length};
     // A line of dashes alone inks one row, which the band rule leaves out: that row is the band.
     band.rows = std::max(band.rows, 1);
 
-    double columns = std::trunc(dotRows * line.width() / band.rows);
+    double columns = std::trunc(dotRows * width / band.rows);
     if (columns > maxColumns) {
         systemLog(logRender(), u"Width of bitimage is over limit."_s);
-        band.width = maxColumns / columns * line.width();
+        band.width = maxColumns / columns * width;
         columns = maxColumns;
     }
     auto bitmap = std::make_shared<VelmorBitmap>(static_cast<int>(columns));
@@ -154,9 +151,16 @@ std::shared_ptr<const VelmorBitmap> renderOutlineText(const QString &text,
     auto value = alpha.begin();
     for (int y = 0; y < dotRows; ++y) {
         for (int x = 0; x < bitmap->width(); ++x)
-            bitmap->putBit(x, y, *value++ > settings.boarder);
+            bitmap->putBit(x, y, *value++ > boarder);
     }
     return bitmap;
+}
+
+std::shared_ptr<const VelmorBitmap> renderOutlineText(const QString &text,
+                                                      const FontSettings &settings)
+{
+    const TextLine line(text, settings);
+    return dotsOfImage(line.draw(), line.width(), settings.boarder);
 }
 
 } // namespace qovelmor

@@ -24,10 +24,15 @@ struct HeightRange
 /// band lies above the image and has length 1. `image` is 32 bits deep.
 HeightRange inkedHeightRange(const QImage &image, int boarder);
 
-/// Draws a line with an outline font and brings its inked band to 16 rows, the width in proportion.
+/// The inked band of a drawn line, `width` pixels long, brought to 16 rows, the width in proportion.
+/// At most 10,000 columns, the rest is cut off on the right ("Width of bitimage is over limit." in
+/// the log). `image` is 32 bits deep and may end before the line does.
+std::shared_ptr<const VelmorBitmap> dotsOfImage(const QImage &image, double width, int boarder);
+
+/// Draws a line with an outline font and gives its dots (see dotsOfImage()).
 ///
-/// What would come to lie behind 10,000 columns is neither drawn nor stored ("Width of bitimage is
-/// over limit." in the log). Callable from any thread; needs a QGuiApplication.
+/// What would come to lie behind 10,000 columns is not drawn, so its ink does not count for the
+/// band. Callable from any thread; needs a QGuiApplication.
 std::shared_ptr<const VelmorBitmap> renderOutlineText(const QString &text,
                                                       const FontSettings &settings);
 
