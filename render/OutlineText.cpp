@@ -82,8 +82,7 @@ private:
     {
         for (qsizetype length = firstPrefix;; length *= 2) {
             text_ = text.left(length);
-            // A whole number, so that the columns do not drift against the pixels along the line.
-            width_ = std::ceil(metrics.horizontalAdvance(text_) * stretch_);
+            width_ = metrics.horizontalAdvance(text_) * stretch_;
             if (length >= text.size() || width_ > widthThatFits())
                 return;
         }
@@ -116,15 +115,14 @@ bool isInked(const QRgb *pixels, int count, int boarder)
     });
 }
 
-} // namespace
-
-HeightRange inkedHeightRange(const QImage &image, int boarder)
+/// The band of the rows that have ink in the first `columns` columns.
+HeightRange bandOfInk(const QImage &image, int columns, int boarder)
 {
     int first = -1;
     int last = 0;
     for (int y = 0; y < image.height(); ++y) {
         const auto *pixels = reinterpret_cast<const QRgb *>(image.constScanLine(y));
-        if (!isInked(pixels, image.width(), boarder))
+        if (!isInked(pixels, columns, boarder))
             continue;
         if (first < 0)
             first = y;
@@ -133,9 +131,18 @@ HeightRange inkedHeightRange(const QImage &image, int boarder)
     return {std::max(image.height() - last, 0), last - first};
 }
 
+} // namespace
+
+HeightRange inkedHeightRange(const QImage &image, int boarder)
+{
+    return bandOfInk(image, image.width(), boarder);
+}
+
 std::shared_ptr<const VelmorBitmap> dotsOfImage(const QImage &image, double width, int boarder)
 {
-    const HeightRange range = inkedHeightRange(image, boarder);
+    // The last column counts for the band only if the line covers all of it.
+    const int wholeColumns = static_cast<int>(std::min<double>(width, image.width()));
+    const HeightRange range = bandOfInk(image, wholeColumns, boarder);
     ImageBand band{width, image.height() - range.location - range.length, range.length};
     // A line of dashes alone inks one row, which the band rule leaves out: that row is the band.
     band.rows = std::max(band.rows, 1);

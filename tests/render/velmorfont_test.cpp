@@ -74,7 +74,10 @@ private Q_SLOTS:
     void heightRange_asksAllSampleBytes();
     void twelveInkedRows_areABandOfEleven();
     void widthFollowsTheBand();
+    void lastColumnThatIsNotWhole_hasNoSayInTheBand();
+    void blankText_isBlankAnd16TimesAsWide_data();
     void blankText_isBlankAnd16TimesAsWide();
+    void veryLongBlankText_isBlankAndCut();
     void emptyText_hasNoColumns();
     void singleInkedRow_fillsTheHeight();
     void boarder_limits();
@@ -234,8 +237,8 @@ void VelmorFontTest::widthFollowsTheBand()
     face.setStyleStrategy(QFont::NoAntialias);
     face.setHintingPreference(QFont::PreferNoHinting);
     const QFontMetricsF metrics(face);
-    const double width = std::ceil(metrics.horizontalAdvance(text));
-    QImage image = blankImage(static_cast<int>(width), 40);
+    const double width = metrics.horizontalAdvance(text);
+    QImage image = blankImage(static_cast<int>(std::ceil(width)), 40);
     QPainter painter(&image);
     painter.setFont(face);
     painter.drawText(QPointF(0, 24), text);
@@ -247,16 +250,39 @@ void VelmorFontTest::widthFollowsTheBand()
     QCOMPARE(line->height(), 16);
 }
 
+void VelmorFontTest::lastColumnThatIsNotWhole_hasNoSayInTheBand()
+{
+    QImage image = blankImage(60, 20);
+    for (int row = 4; row <= 15; ++row)
+        inkRow(image, row);
+    for (int row = 0; row < 20; ++row)
+        image.setPixel(59, row, 0xFF000000U);
+    QCOMPARE(dotsOfImage(image, 59.75, 72)->width(), 86); // 16 * 59.75 / 11
+    QCOMPARE(dotsOfImage(image, 60.0, 72)->width(), 50);  // 16 * 60 / 19
+}
+
+void VelmorFontTest::blankText_isBlankAnd16TimesAsWide_data()
+{
+    QTest::addColumn<QString>("blanks");
+    // A narrow blank is no whole number of pixels wide.
+    QTest::newRow("one narrow blank") << u" "_s;
+    QTest::newRow("five narrow blanks") << u"     "_s;
+    QTest::newRow("three wide blanks") << u"　　　"_s;
+}
+
 void VelmorFontTest::blankText_isBlankAnd16TimesAsWide()
 {
+    QFETCH(QString, blanks);
     QFont face = fontFor(mincho, 16);
     face.setHintingPreference(QFont::PreferNoHinting);
     face.setStyleStrategy(QFont::NoAntialias);
-    const QString blanks(3, u'　');
     const auto line = outline(blanks, minchoSettings());
     QCOMPARE(line->width(), static_cast<int>(16 * QFontMetricsF(face).horizontalAdvance(blanks)));
     QCOMPARE(litDots(*line), 0);
+}
 
+void VelmorFontTest::veryLongBlankText_isBlankAndCut()
+{
     QTest::ignoreMessage(QtWarningMsg, "Width of bitimage is over limit.");
     const auto wide = outline(QString(100, u'　'), minchoSettings());
     QCOMPARE(wide->width(), 10000);
