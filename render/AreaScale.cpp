@@ -3,6 +3,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
+#include <numeric>
 
 namespace qovelmor {
 
@@ -34,8 +36,26 @@ private:
     std::vector<double> sums_;
 };
 
+/// A pixel's byte above `shift` bits.
+int byteOf(QRgb pixel, int shift)
+{
+    return static_cast<int>(pixel >> shift & 0xFFU);
+}
+
+/// The OR of all pixels.
+QRgb bitsInUse(const QImage &image)
+{
+    QRgb bits = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        const auto *pixels = reinterpret_cast<const QRgb *>(image.constScanLine(y));
+        bits = std::accumulate(pixels, pixels + image.width(), bits, std::bit_or<>());
+    }
+    return bits;
+}
+
 /// Averages of each column over the source rows from `from` to `to`, fractions included.
-void averageRows(const QImage &image, double from, double to, std::vector<double> &columns)
+void averageRows(const QImage &image, int shift, double from, double to,
+                 std::vector<double> &columns)
 {
     std::fill(columns.begin(), columns.end(), 0.0);
     const int last = std::min(static_cast<int>(std::ceil(to)), image.height());
@@ -43,36 +63,49 @@ void averageRows(const QImage &image, double from, double to, std::vector<double
         const double weight = (std::min(to, y + 1.0) - std::max(from, static_cast<double>(y)));
         const auto *pixels = reinterpret_cast<const QRgb *>(image.constScanLine(y));
         for (std::size_t x = 0; x < columns.size(); ++x)
-            columns[x] += weight * qAlpha(pixels[x]);
+            columns[x] += weight * byteOf(pixels[x], shift);
     }
     for (double &value : columns)
         value /= to - from;
 }
 
-} // namespace
-
-std::vector<std::uint8_t> areaAverageAlpha(const QImage &image, const ImageBand &band, int width,
-                                           int height)
+/// Adds the bits of one byte's averages to `ink`.
+void addAverages(const QImage &image, const ImageBand &band, int shift, QSize size,
+                 std::vector<std::uint8_t> &ink)
 {
-    std::vector<std::uint8_t> result(static_cast<std::size_t>(width) *
-                                     static_cast<std::size_t>(height));
     const int sourceWidth = std::min(static_cast<int>(std::ceil(band.width)), image.width());
     std::vector<double> columns(static_cast<std::size_t>(std::max(sourceWidth, 0)));
     RunningSum sum(columns.size());
-    const double stepX = band.width / width;
-    const double stepY = static_cast<double>(band.rows) / height;
-    auto pixel = result.begin();
-    for (int y = 0; y < height; ++y) {
-        averageRows(image, band.top + y * stepY, band.top + (y + 1) * stepY, columns);
+    const double stepX = band.width / size.width();
+    const double stepY = static_cast<double>(band.rows) / size.height();
+    auto pixel = ink.begin();
+    for (int y = 0; y < size.height(); ++y) {
+        averageRows(image, shift, band.top + y * stepY, band.top + (y + 1) * stepY, columns);
         sum.assign(columns);
         double before = 0.0;
-        for (int x = 0; x < width; ++x) {
+        for (int x = 0; x < size.width(); ++x) {
             const double after = sum.upTo((x + 1) * stepX);
-            *pixel++ = static_cast<std::uint8_t>(std::lround((after - before) / stepX));
+            *pixel++ |= static_cast<std::uint8_t>(std::lround((after - before) / stepX));
             before = after;
         }
     }
-    return result;
+}
+
+} // namespace
+
+std::vector<std::uint8_t> areaAverageInk(const QImage &image, const ImageBand &band, int width,
+                                         int height)
+{
+    std::vector<std::uint8_t> ink(static_cast<std::size_t>(width) *
+                                  static_cast<std::size_t>(height));
+    // Text is drawn in black and has alpha alone, but for the colour glyphs of a few fonts: the
+    // averages of the other three bytes are seldom needed.
+    const QRgb bits = bitsInUse(image);
+    for (const int shift : {0, 8, 16, 24}) {
+        if (byteOf(bits, shift) != 0)
+            addAverages(image, band, shift, {width, height}, ink);
+    }
+    return ink;
 }
 
 } // namespace qovelmor

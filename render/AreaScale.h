@@ -17,10 +17,11 @@ struct ImageBand
     int rows = 0;
 };
 
-/// The alpha values of a band that is scaled smoothly to `width` × `height` pixels: each pixel is
-/// the average of the area that it covers in the source (0..255, rounded). Row after row from the
-/// top. What lies outside the image counts 0. `image` is 32 bits deep with alpha.
-std::vector<std::uint8_t> areaAverageAlpha(const QImage &image, const ImageBand &band, int width,
-                                           int height);
+/// The ink of a band that is scaled smoothly to `width` × `height` pixels: the bitwise OR of each
+/// pixel's four bytes, and each of them is the average of the area that the pixel covers in the
+/// source (0..255, rounded). Row after row from the top. What lies outside the image counts 0.
+/// `image` is 32 bits deep; colours of a transparent image are premultiplied.
+std::vector<std::uint8_t> areaAverageInk(const QImage &image, const ImageBand &band, int width,
+                                         int height);
 
 } // namespace qovelmor

@@ -54,7 +54,8 @@ public:
 
     double width() const { return width_; }
 
-    /// Black on nothing: all colour bytes are 0 and alpha alone says how much ink a pixel has.
+    /// Black on nothing: but for colour glyphs all colour bytes are 0 and alpha says how much ink a
+    /// pixel has.
     QImage draw() const
     {
         const int columns = static_cast<int>(std::ceil(std::min(width_, widthThatFits())));
@@ -154,8 +155,8 @@ std::shared_ptr<const VelmorBitmap> dotsOfImage(const QImage &image, double widt
         columns = maxColumns;
     }
     auto bitmap = std::make_shared<VelmorBitmap>(static_cast<int>(columns));
-    const auto alpha = areaAverageAlpha(image, band, bitmap->width(), dotRows);
-    auto value = alpha.begin();
+    const auto ink = areaAverageInk(image, band, bitmap->width(), dotRows);
+    auto value = ink.begin();
     for (int y = 0; y < dotRows; ++y) {
         for (int x = 0; x < bitmap->width(); ++x)
             bitmap->putBit(x, y, *value++ > boarder);

@@ -24,9 +24,9 @@ struct HeightRange
 /// band lies above the image and has length 1. `image` is 32 bits deep.
 HeightRange inkedHeightRange(const QImage &image, int boarder);
 
-/// The inked band of a drawn line, `width` pixels long, brought to 16 rows, the width in proportion.
-/// At most 10,000 columns, the rest is cut off on the right ("Width of bitimage is over limit." in
-/// the log). `image` is 32 bits deep and may end before the line does.
+/// The inked band of a drawn line, `width` pixels long, brought to 16 rows, the width in
+/// proportion. At most 10,000 columns, the rest is cut off on the right ("Width of bitimage is over
+/// limit." in the log). `image` is 32 bits deep and may end before the line does.
 std::shared_ptr<const VelmorBitmap> dotsOfImage(const QImage &image, double width, int boarder);
 
 /// Draws a line with an outline font and gives its dots (see dotsOfImage()).

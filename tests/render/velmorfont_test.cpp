@@ -73,6 +73,7 @@ private Q_SLOTS:
     void heightRange();
     void heightRange_asksAllSampleBytes();
     void twelveInkedRows_areABandOfEleven();
+    void colouredInk_countsWithAllItsBytes();
     void widthFollowsTheBand();
     void lastColumnThatIsNotWhole_hasNoSayInTheBand();
     void blankText_isBlankAnd16TimesAsWide_data();
@@ -227,6 +228,16 @@ void VelmorFontTest::twelveInkedRows_areABandOfEleven()
     QCOMPARE(dots->width(), 87); // 16 * 60 / 11
     QCOMPARE(dots->height(), 16);
     QCOMPARE(asText(*dots), QStringList(16, QString(87, u'#')));
+}
+
+// A colour glyph's ink has colour bytes too: half of a reddish orange, no byte above 72.
+void VelmorFontTest::colouredInk_countsWithAllItsBytes()
+{
+    QImage image = blankImage(4, 9);
+    image.fill(0x48402010U);
+    QCOMPARE(litDots(*dotsOfImage(image, 4.0, 0x78)), 0);
+    const auto dots = dotsOfImage(image, 4.0, 0x77);
+    QCOMPARE(asText(*dots), QStringList(16, QString(8, u'#')));
 }
 
 void VelmorFontTest::widthFollowsTheBand()
