@@ -116,7 +116,7 @@ bool isInked(const QRgb *pixels, int count, int boarder)
     });
 }
 
-/// The band of the rows that have ink in the first `columns` columns.
+/// The band of the rows that have ink in the first `columns` columns of a 32 bits deep image.
 HeightRange bandOfInk(const QImage &image, int columns, int boarder)
 {
     int first = -1;
@@ -136,7 +136,11 @@ HeightRange bandOfInk(const QImage &image, int columns, int boarder)
 
 HeightRange inkedHeightRange(const QImage &image, int boarder)
 {
-    return bandOfInk(image, image.width(), boarder);
+    constexpr int pixelBits = 32;
+    if (image.depth() == pixelBits)
+        return bandOfInk(image, image.width(), boarder);
+    const QImage converted = image.convertToFormat(QImage::Format_ARGB32_Premultiplied);
+    return bandOfInk(converted, converted.width(), boarder);
 }
 
 std::shared_ptr<const VelmorBitmap> dotsOfImage(const QImage &image, double width, int boarder)

@@ -21,7 +21,8 @@ struct HeightRange
 
 /// The band of inked rows: a pixel is ink when the bitwise OR of its four bytes is greater than
 /// `boarder`. The lowest inked row is left out, so a single inked row has length 0. Without ink the
-/// band lies above the image and has length 1. `image` is 32 bits deep.
+/// band lies above the image and has length 1. An image that is not 32 bits deep is converted, and
+/// is all ink when it knows no transparency.
 HeightRange inkedHeightRange(const QImage &image, int boarder);
 
 /// The inked band of a drawn line, `width` pixels long, brought to 16 rows, the width in

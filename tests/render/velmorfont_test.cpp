@@ -72,6 +72,8 @@ private Q_SLOTS:
     void heightRange_data();
     void heightRange();
     void heightRange_asksAllSampleBytes();
+    void heightRange_takesImagesOfAnyDepth_data();
+    void heightRange_takesImagesOfAnyDepth();
     void twelveInkedRows_areABandOfEleven();
     void colouredInk_countsWithAllItsBytes();
     void widthFollowsTheBand();
@@ -217,6 +219,36 @@ void VelmorFontTest::heightRange_asksAllSampleBytes()
     QCOMPARE(inkedHeightRange(image, 0x48).location, 2);
     QCOMPARE(inkedHeightRange(image, 0x48).length, 0);
     QCOMPARE(inkedHeightRange(image, 0x47).length, 1);
+}
+
+void VelmorFontTest::heightRange_takesImagesOfAnyDepth_data()
+{
+    QTest::addColumn<QImage::Format>("format");
+    QTest::addColumn<HeightRange>("expected");
+    const HeightRange inkedRows{5, 11};
+    const HeightRange everyRow{1, 19}; // an image that is nowhere transparent is all ink
+    QTest::newRow("8 bits, alpha") << QImage::Format_Alpha8 << inkedRows;
+    QTest::newRow("16 bits") << QImage::Format_ARGB4444_Premultiplied << inkedRows;
+    QTest::newRow("32 bits") << QImage::Format_RGBA8888_Premultiplied << inkedRows;
+    QTest::newRow("64 bits") << QImage::Format_RGBA64_Premultiplied << inkedRows;
+    QTest::newRow("1 bit, opaque") << QImage::Format_Mono << everyRow;
+    QTest::newRow("8 bits, opaque") << QImage::Format_Grayscale8 << everyRow;
+    QTest::newRow("24 bits, opaque") << QImage::Format_RGB888 << everyRow;
+}
+
+// 10 columns of 8 bits are 12 bytes a row: read as 32 bits, the last rows lie outside the image.
+void VelmorFontTest::heightRange_takesImagesOfAnyDepth()
+{
+    QFETCH(QImage::Format, format);
+    QFETCH(HeightRange, expected);
+    QImage image = blankImage(10, 20);
+    for (int row = 4; row <= 15; ++row)
+        inkRow(image, row);
+    image.convertTo(format);
+    QCOMPARE(image.format(), format);
+    const HeightRange found = VelmorFont().heightRangeWithImage(image);
+    QCOMPARE(found.location, expected.location);
+    QCOMPARE(found.length, expected.length);
 }
 
 void VelmorFontTest::twelveInkedRows_areABandOfEleven()
