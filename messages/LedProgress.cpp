@@ -41,6 +41,7 @@ void LedProgress::moveLEDProgress(int value)
 
 void LedProgress::stopLEDProgress()
 {
+    // A bar that never began has nothing to clear, and the board may show the running title line.
     if (isStarted_)
         progress_->stop();
     isStarted_ = false;

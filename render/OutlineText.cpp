@@ -149,7 +149,8 @@ std::shared_ptr<const VelmorBitmap> dotsOfImage(const QImage &image, double widt
     const int wholeColumns = static_cast<int>(std::min<double>(width, image.width()));
     const HeightRange range = bandOfInk(image, wholeColumns, boarder);
     ImageBand band{width, image.height() - range.location - range.length, range.length};
-    // A line of dashes alone inks one row, which the band rule leaves out: that row is the band.
+    // A line of dashes alone inks one row, which the band rule leaves out. A band of no rows would
+    // have no finite width: that row is the band, and the dots are 16 times as wide as the line.
     band.rows = std::max(band.rows, 1);
 
     double columns = std::trunc(dotRows * width / band.rows);

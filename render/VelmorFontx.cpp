@@ -159,7 +159,8 @@ std::shared_ptr<const VelmorBitmap> VelmorFontx::bitmapWithString(const QString 
     const bool isRotated = rotation();
     auto line = std::make_shared<VelmorBitmap>();
     for (const QChar character : text) {
-        // The rest would be dropped; a description may be a megabyte long.
+        // The rest would be dropped; a description may be a megabyte long. Its unknown characters
+        // are not logged either: nobody sees them.
         if (line->width() == VelmorBitmap::maxWidth)
             break;
         const FontData font = fontDataOf(character.unicode());
