@@ -48,7 +48,7 @@ RSSList::~RSSList() = default;
 void RSSList::awakeFromNibx()
 {
     createReaders();
-    renewalControls();
+    renewControls();
     renewTableView();
 }
 
@@ -265,9 +265,9 @@ void RSSList::renewRSSList()
     saveSiteAddresses();
 }
 
-void RSSList::renewalControls()
+void RSSList::renewControls()
 {
-    window_->renewalControls(window_->selectedRow() >= 0);
+    window_->renewControls(window_->selectedRow() >= 0);
 }
 
 } // namespace qovelmor

@@ -113,7 +113,7 @@ public:
     /// Tells the table that a feed or the list has changed. Any thread.
     void renewTableView() { changes_.changed(); }
     void renewRSSList();
-    void renewalControls();
+    void renewControls();
     ChangeNotice &changes() { return changes_; }
 
     // How the table looks. ----------------------------------------------------------------------
@@ -122,6 +122,7 @@ public:
     void _setRowHeight(double points) { view_.setRowHeight(points); }
     /// The font is the system's; only its size can be chosen.
     void setFont(double points) { view_.setFontSize(points); }
+    double font() const { return view_.fontSize(); }
 
 private:
     Reader makeReader(const QString &address);

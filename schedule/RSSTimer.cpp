@@ -43,7 +43,7 @@ void RSSTimer::awakeFromNibx()
         if (const auto *dictionary = entry.get<PropertyDictionary>())
             timerList_.push_back(std::make_shared<TMRData>(timerFrom(*dictionary)));
     }
-    renewalControls();
+    renewControls();
     renewTableView();
     if (useTimer_)
         startRSSTimer();
@@ -160,9 +160,9 @@ void RSSTimer::renewTimerList()
     saveTimerList();
 }
 
-void RSSTimer::renewalControls()
+void RSSTimer::renewControls()
 {
-    window_->renewalControls(useTimer_, window_->selectedRow() >= 0);
+    window_->renewControls(useTimer_, window_->selectedRow() >= 0);
 }
 
 bool RSSTimer::shouldEditTableColumn(int row)

@@ -67,7 +67,7 @@ public:
     void saveTimerList();
     void renewTableView() { changes_.changed(); }
     void renewTimerList();
-    void renewalControls();
+    void renewControls();
 
     /// Inverts the timer's `validate` and saves; NO for a row outside the list.
     bool shouldEditTableColumn(int row);

@@ -34,7 +34,7 @@ public:
     /// The first selected row, -1 when none is.
     virtual int selectedRow() const { return -1; }
     /// Which buttons can be used: edit, delete and open need a selected row, add never does.
-    virtual void renewalControls(bool /*hasSelection*/) {}
+    virtual void renewControls(bool /*hasSelection*/) {}
 
     /// The address that is being fetched, at once on the screen; empty when that is over.
     virtual void showAddressBeingFetched(const QString &) {}

@@ -60,7 +60,7 @@ FeedListView::FeedListView(RSSList &list)
             self->renew();
     });
     list_.setWindow(this);
-    list_.renewalControls();
+    list_.renewControls();
 }
 
 FeedListView::~FeedListView()
@@ -173,7 +173,7 @@ int FeedListView::selectedRow() const
 void FeedListView::selectedRowChanged(int row)
 {
     selected_ = model_.readerAt(row);
-    list_.renewalControls();
+    list_.renewControls();
     sayCause();
 }
 
@@ -185,7 +185,7 @@ void FeedListView::renew()
         table_->selectRow(row);
     else
         selected_ = model_.readerAt(selectedRow());
-    list_.renewalControls();
+    list_.renewControls();
     sayCause();
     Q_EMIT feedsChanged();
 }
@@ -208,7 +208,7 @@ void FeedListView::sayCause()
 
 // What the list asks of its window. -----------------------------------------------------------
 
-void FeedListView::renewalControls(bool hasSelection)
+void FeedListView::renewControls(bool hasSelection)
 {
     for (QPushButton *button : {editButton_, deleteButton_, accessButton_})
         button->setEnabled(hasSelection);

@@ -38,7 +38,7 @@ public:
     QString problem(int failed) const;
 
     int selectedRow() const override;
-    void renewalControls(bool hasSelection) override;
+    void renewControls(bool hasSelection) override;
     void showAddressBeingFetched(const QString &address) override;
     void showFetchProgress(int number, int total) override;
     void importStarts(int total) override;

@@ -28,7 +28,7 @@ public:
     virtual void setColumnWidth(int /*column*/, double /*points*/) {}
     /// Sets the check box "use the timers", and which buttons can be used; the add button always
     /// can.
-    virtual void renewalControls(bool /*useTimer*/, bool /*canEdit*/) {}
+    virtual void renewControls(bool /*useTimer*/, bool /*canEdit*/) {}
 
     /// Opens the dialog with these contents; its answer is actEditExecute() or actEditCancel().
     virtual void openDialog(const QString & /*title*/, const TimerDraft &) {}

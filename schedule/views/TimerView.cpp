@@ -59,7 +59,7 @@ TimerView::TimerView(RSSTimer &schedule)
             self->renew();
     });
     schedule_.setWindow(*this);
-    schedule_.renewalControls();
+    schedule_.renewControls();
 }
 
 TimerView::~TimerView()
@@ -148,7 +148,7 @@ void TimerView::connectTable()
 void TimerView::selectedRowChanged(int row)
 {
     selected_ = model_.timerAt(row);
-    schedule_.renewalControls();
+    schedule_.renewControls();
 }
 
 void TimerView::renew()
@@ -184,7 +184,7 @@ void TimerView::setColumnWidth(int column, double points)
     timerView_->setLook({widths, rowHeight, fontSize});
 }
 
-void TimerView::renewalControls(bool useTimer, bool canEdit)
+void TimerView::renewControls(bool useTimer, bool canEdit)
 {
     useTimerCheck_->setChecked(useTimer);
     for (QPushButton *button : {editButton_, deleteButton_})

@@ -30,7 +30,7 @@ public:
 
     int selectedRow() const override;
     void setColumnWidth(int column, double points) override;
-    void renewalControls(bool useTimer, bool canEdit) override;
+    void renewControls(bool useTimer, bool canEdit) override;
     void openDialog(const QString &title, const TimerDraft &draft) override;
     void closeDialog() override;
     void openDeleteAlert(const TimerAlert &contents) override;

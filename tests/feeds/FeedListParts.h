@@ -88,7 +88,7 @@ public:
     explicit RecordingFeedWindow(QStringList &calls) : calls_(calls) {}
 
     int selectedRow() const override { return selected; }
-    void renewalControls(bool hasSelection) override
+    void renewControls(bool hasSelection) override
     {
         calls_ << QStringLiteral("controls %1").arg(hasSelection);
     }

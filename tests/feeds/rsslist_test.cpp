@@ -376,6 +376,7 @@ void RSSListTest::view_isStoredAtOnce()
 
     parts.list._setRowHeight(-3.0); // no bound, in either direction
     parts.list.setFont(200.5);
+    QCOMPARE(parts.list.font(), 200.5);
     parts.list.view().setColumnWidths({10.0, 20.5});
     UserDefaults onDisk(parts.storePath());
     QCOMPARE(onDisk.floatForKey(u"RSSRowHeight"_s), -3.0);

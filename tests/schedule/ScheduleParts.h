@@ -116,7 +116,7 @@ public:
     {
         calls << QStringLiteral("width %1 %2").arg(column).arg(points);
     }
-    void renewalControls(bool useTimer, bool canEdit) override
+    void renewControls(bool useTimer, bool canEdit) override
     {
         calls << QStringLiteral("controls %1 %2").arg(useTimer).arg(canEdit);
     }

@@ -317,11 +317,11 @@ void RSSTimerTest::controls_followTheSelection()
     ScheduleParts parts;
     parts.start(timersABCD());
     parts.window.selected = 0;
-    parts.schedule.renewalControls();
+    parts.schedule.renewControls();
     QCOMPARE(parts.window.calls.last(), u"controls 1 1"_s);
     parts.schedule.setUseTimer(false);
     parts.window.selected = -1;
-    parts.schedule.renewalControls();
+    parts.schedule.renewControls();
     QCOMPARE(parts.window.calls.last(), u"controls 0 0"_s);
 }
 
