@@ -38,6 +38,7 @@ ImportPanel::ImportPanel(QWidget *parent)
     actImportCancel_ =
         buttons->addButton(localized(u"ImportCancel"_s), QDialogButtonBox::RejectRole);
     actImportCancel_->setObjectName(u"actImportCancel"_s);
+    actImportCancel_->setAccessibleName(spokenText(u"ImportCancel"_s));
 
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(importText_);

@@ -101,6 +101,25 @@ Stage replacingByLog()
         }};
 }
 
+/// An import that takes long: its panel comes by itself.
+Stage importing()
+{
+    const auto panel = u"importPanel"_s;
+    const auto state = [](AllWindows &p) {
+        return p.rssList.isImportCancelled() ? u"broken off"_s : u"goes on"_s;
+    };
+    return {panel,
+            panel,
+            [panel](AllWindows &p) {
+                p.rssList.window().importStarts(2);
+                QTRY_VERIFY(AllWindows::shown(panel));
+            },
+            {
+                {u"actImportCancel"_s, press() + keys({Qt::Key_Escape}),
+                 becomes(u"the import"_s, u"broken off"_s, state)},
+            }};
+}
+
 Stage browserPanel()
 {
     const auto panel = u"browserPanel"_s;
@@ -202,7 +221,7 @@ private:
 };
 
 PanelControlsTest::PanelControlsTest()
-    : ControlsWalk({browserPanel(), replacing(), replacingByLog()})
+    : ControlsWalk({browserPanel(), replacing(), replacingByLog(), importing()})
 {
     const QString applications = home_.filePath(u"data/applications"_s);
     QDir().mkpath(applications);
