@@ -204,7 +204,8 @@ XmlText decodeUnmarked(const QByteArray &bytes, const QByteArray &charset)
     if (pattern)
         return convert(bytes, pattern);
     const QByteArray declared = declaredEncoding(bytes);
-    // A declaration that could be read byte by byte is no UTF-16, whatever it claims.
+    // A declaration that could be read byte by byte is no UTF-16, whatever it claims. The parser
+    // gets the bytes as they are, and refuses the document for what it claims.
     if (declared.isEmpty() || declared.toUpper().startsWith("UTF-16"))
         return convert(bytes, "UTF-8");
     return convert(bytes, declared);

@@ -350,7 +350,7 @@ void XmlDocumentTest::encodings_data()
         << "\r\n " + declared("EUC-JP", eucJp) << QByteArray() << sample;
     QTest::newRow("a mark behind blanks")
         << " \xef\xbb\xbf" + declared("UTF-8", utf8) << QByteArray() << sample;
-    QTest::newRow("declared as UTF-16, written in bytes")
+    QTest::newRow("declared as UTF-16, written in bytes, as the transport says")
         << declared("UTF-16", utf8) << QByteArray("UTF-8") << sample;
     QTest::newRow("Latin 1") << declared("ISO-8859-1", "\xe9") << QByteArray() << u"é"_s;
 }
@@ -384,6 +384,7 @@ void XmlDocumentTest::illFormed_isAnErrorWithItsLine_data()
     row("bytes that are no ISO-2022-JP", declared("ISO-2022-JP", "\x80"), 3);
     row("a character cut in two", declared("UTF-8", "\xe3\x81"), 3);
     row("an unknown encoding", declared("x-nonsense", ""), 1);
+    row("declared as UTF-16, written in bytes", declared("UTF-16", ""), 1);
     row("an encoding with a converter's option", declared("UTF-8//IGNORE", ""), 1);
     row("an entity with mark-up inside", "<!DOCTYPE a [\n<!ENTITY x '<b/>'>]><a>&x;</a>", 2);
     row("an attribute for all elements", "<!DOCTYPE a [\n<!ATTLIST a b CDATA 'c'>]><a/>", 2);
