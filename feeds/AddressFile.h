@@ -21,7 +21,10 @@ QString addressFilePath(const QString &chosenPath);
 /// are no strings are left out. Nothing when the file cannot be read or holds no array.
 std::optional<QStringList> readAddressFile(const QString &chosenPath);
 
-/// Writes the file in place, without a temporary one. False when not all of it was written.
+/// Writes the file in place, without a temporary one. False when not all of it was written; nothing
+/// is when the list is too long to be read again.
 bool writeAddressFile(const QString &chosenPath, const QStringList &addresses);
+/// Whether no file can hold the list: readAddressFile() would refuse it.
+bool isTooLongForAddressFile(const QStringList &addresses);
 
 } // namespace qovelmor

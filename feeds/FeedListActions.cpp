@@ -160,7 +160,8 @@ void FeedListActions::saveURLChosen(const QString &path)
         return;
     }
     systemLog(logFeeds(), u"File save error."_s);
-    list_.window().showStatus(localized(u"FeedFileSaveError"_s));
+    list_.window().showStatus(localized(
+        isTooLongForAddressFile(addresses) ? u"FeedFileTooLong"_s : u"FeedFileSaveError"_s));
 }
 
 // Drops. --------------------------------------------------------------------------------------

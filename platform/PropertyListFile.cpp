@@ -161,9 +161,10 @@ std::optional<PropertyValue> parsePropertyList(const QByteArray &document,
     return valueOf(owner.get());
 }
 
-std::optional<QByteArray> writePropertyList(const PropertyValue &root)
+std::optional<QByteArray> writePropertyList(const PropertyValue &root,
+                                            const PropertyListLimits &limits)
 {
-    PropertyListWriter writer(PropertyListLimits{});
+    PropertyListWriter writer(limits);
     return writer.write(root) ? std::optional(writer.document()) : std::nullopt;
 }
 
@@ -175,9 +176,10 @@ PropertyListContent readPropertyListFile(const QString &path, const PropertyList
     return {parsePropertyList(content.bytes, limits), 0};
 }
 
-int writePropertyListFile(const QString &path, const PropertyValue &root)
+int writePropertyListFile(const QString &path, const PropertyValue &root,
+                          const PropertyListLimits &limits)
 {
-    const auto bytes = writePropertyList(root);
+    const auto bytes = writePropertyList(root, limits);
     return bytes ? writeWholeFile(path, *bytes) : EFBIG;
 }
 

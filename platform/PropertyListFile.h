@@ -29,8 +29,10 @@ std::optional<PropertyValue> parsePropertyList(const QByteArray &bytes,
 /// The XML form of `root`, UTF-8. Reals are written so that they read back equal; "not a number"
 /// and infinite ones are written as 0. Characters that XML cannot hold (most control characters)
 /// are written as U+FFFD, so what is written always parses. Dates are kept to the second, and to
-/// the years 1933 to 2068. Nothing for a value larger or deeper than a reader accepts.
-std::optional<QByteArray> writePropertyList(const PropertyValue &root);
+/// the years 1933 to 2068. Nothing for a value larger or deeper than a reader with the same limits
+/// accepts.
+std::optional<QByteArray> writePropertyList(const PropertyValue &root,
+                                            const PropertyListLimits &limits = {});
 
 /// What reading a file gave: the value, or why there is none.
 struct PropertyListContent
@@ -45,7 +47,8 @@ PropertyListContent readPropertyListFile(const QString &path,
                                          const PropertyListLimits &limits = {});
 
 /// Writes `root` to `path` in place, for an export that a person asked for. Gives 0 or the errno
-/// value of what failed.
-int writePropertyListFile(const QString &path, const PropertyValue &root);
+/// value of what failed; a value over the limits is EFBIG and leaves the file as it is.
+int writePropertyListFile(const QString &path, const PropertyValue &root,
+                          const PropertyListLimits &limits = {});
 
 } // namespace qovelmor

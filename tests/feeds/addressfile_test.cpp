@@ -20,6 +20,10 @@ private Q_SLOTS:
     void path_data();
     void path();
     void file_isAnArrayOfStrings();
+    void extensionInCapitals_isRead_data();
+    void extensionInCapitals_isRead();
+    void writtenListsCanBeRead_data();
+    void writtenListsCanBeRead();
     void unreadable_data();
     void unreadable();
     void fifo_isNotWaitedFor();
@@ -69,6 +73,53 @@ void AddressFileTest::file_isAnArrayOfStrings()
     const auto root = parsePropertyList(written.readAll());
     QVERIFY(root);
     QVERIFY(*root == PropertyValue(PropertyArray{u"http://a/"_s, u"feed://b/?x=1&y=<2>"_s}));
+}
+
+void AddressFileTest::extensionInCapitals_isRead_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::newRow("capitals") << u"FEEDS.RSSURL"_s;
+    QTest::newRow("mixed") << u"Feeds.RssUrl"_s;
+}
+
+void AddressFileTest::extensionInCapitals_isRead()
+{
+    QFETCH(QString, name);
+    QVERIFY(QFile::copy(fileHolding("<plist><array><string>http://a/</string></array></plist>"),
+                        file(name)));
+    QCOMPARE(readAddressFile(file(name)), QStringList{u"http://a/"_s});
+    QVERIFY(writeAddressFile(file(name), {u"http://b/"_s})); // under the one name there is
+    QCOMPARE(readAddressFile(file(name)), QStringList{u"http://a/"_s});
+    QCOMPARE(readAddressFile(addressFilePath(file(name))), QStringList{u"http://b/"_s});
+    QVERIFY(QFile::remove(file(name)));
+    QCOMPARE(readAddressFile(file(name)), QStringList{u"http://b/"_s});
+}
+
+void AddressFileTest::writtenListsCanBeRead_data()
+{
+    QTest::addColumn<qsizetype>("addresses");
+    QTest::addColumn<qsizetype>("length");
+    QTest::addColumn<bool>("isWritten");
+    QTest::newRow("as many as there may be") << qsizetype{19'998} << qsizetype{10} << true;
+    QTest::newRow("one more") << qsizetype{19'999} << qsizetype{10} << false;
+    QTest::newRow("nearly a megabyte") << qsizetype{1} << qsizetype{1'040'000} << true;
+    QTest::newRow("more than a megabyte") << qsizetype{1} << qsizetype{1024 * 1024} << false;
+}
+
+void AddressFileTest::writtenListsCanBeRead()
+{
+    QFETCH(qsizetype, addresses);
+    QFETCH(qsizetype, length);
+    QFETCH(bool, isWritten);
+    const QString path = file(u"long.rssurl"_s);
+    QVERIFY(writeAddressFile(path, {u"http://old/"_s}));
+    const QStringList list(addresses, QString(length, u'x'));
+    QCOMPARE(writeAddressFile(path, list), isWritten);
+    QCOMPARE(isTooLongForAddressFile(list), !isWritten);
+    QCOMPARE(readAddressFile(path), isWritten ? list : QStringList{u"http://old/"_s});
+    // Nothing is refused that an import would take.
+    QCOMPARE(writePropertyListFile(path, PropertyArray(list.begin(), list.end())), 0);
+    QCOMPARE(readAddressFile(path).has_value(), isWritten);
 }
 
 void AddressFileTest::unreadable_data()

@@ -47,6 +47,7 @@ private Q_SLOTS:
     void export_asksBeforeAnotherFileIsReplaced_data();
     void export_asksBeforeAnotherFileIsReplaced();
     void export_thatFails_isSaid();
+    void export_thatCouldNotBeReadAgain_isSaid();
 };
 
 void FeedFilesTest::import()
@@ -184,6 +185,19 @@ void FeedFilesTest::export_thatFails_isSaid()
     choose(desk, *panel, desk.folder.filePath(u"mine.txt"_s));
     QTest::mouseClick(desk.find<QPushButton>("replaceFileAlertAccept"), Qt::LeftButton);
     QCOMPARE(desk.statusLine.last()[0].toString(), localized(u"FeedFileSaveError"_s));
+}
+
+void FeedFilesTest::export_thatCouldNotBeReadAgain_isSaid()
+{
+    FeedListDesk desk(u"a"_s);
+    desk.list.readerAt(0)->setAddress(u"http://"_s + QString(1024 * 1024, u'x'));
+    QFileDialog *panel = openPanel(desk, "actSaveURL", "saveURLPanel");
+    QVERIFY(panel);
+    const QString path = desk.folder.filePath(u"mine.rssurl"_s);
+    QTest::ignoreMessage(QtWarningMsg, "File save error.");
+    choose(desk, *panel, path);
+    QCOMPARE(desk.statusLine.last()[0].toString(), localized(u"FeedFileTooLong"_s));
+    QVERIFY(!QFile::exists(path));
 }
 
 QTEST_MAIN(FeedFilesTest)
