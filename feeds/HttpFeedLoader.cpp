@@ -14,7 +14,6 @@ using namespace Qt::Literals::StringLiterals;
 namespace {
 
 constexpr std::chrono::seconds longestHold = std::chrono::hours(1);
-constexpr qsizetype memoryBudget = 8 * 1024 * 1024;
 
 // The domains under which the log book prints an error's code.
 const QString httpDomain = u"HTTP"_s;
@@ -37,20 +36,20 @@ QString domainOf(HttpError::Kind kind)
     return transferDomain;
 }
 
-FeedLoad parsed(const FeedBytes &bytes)
+FeedLoad parsed(const HttpReply &reply)
 {
-    XmlParseResult result = XmlDocument::parse(bytes.body, bytes.charset, feedContainers());
+    XmlParseResult result = XmlDocument::parse(reply.body, reply.charset, feedContainers());
     if (!result.document)
         return ReadError{result.failure.line, xmlDomain,
                          u"%1行目: %2"_s.arg(result.failure.line).arg(result.failure.cause)};
     return LoadedFeed{std::make_shared<const XmlFeedDocument>(std::move(result.document)),
-                      bytes.validators};
+                      reply.validators};
 }
 
 } // namespace
 
 HttpFeedLoader::HttpFeedLoader(const HttpClient &client, Clock &clock)
-    : client_(client), clock_(clock), memory_(memoryBudget)
+    : client_(client), clock_(clock)
 {}
 
 void HttpFeedLoader::setReuseAge(std::chrono::seconds age)
@@ -61,28 +60,15 @@ void HttpFeedLoader::setReuseAge(std::chrono::seconds age)
 
 FeedLoad HttpFeedLoader::load(const FeedRequest &request)
 {
-    if (auto known = remembered(request))
+    if (auto known = answerAtOnce(request))
         return *std::move(known);
     const HttpResult result = client_.get({request.address, request.validators});
-    if (const auto *reply = std::get_if<HttpReply>(&result))
-        return take(request, *reply);
-    return fail(request, std::get<HttpError>(result));
-}
-
-FeedLoad HttpFeedLoader::take(const FeedRequest &request, const HttpReply &reply)
-{
-    const bool isUnchanged = reply.status == 304;
-    FeedBytes bytes{reply.body, reply.charset, reply.validators};
-    {
-        const std::lock_guard lock(mutex_);
-        FeedAnswer answer = bytes;
-        if (isUnchanged)
-            answer = FeedNotModified{request.validators};
-        memory_.keep(request.address, std::move(answer), clock_.steadyNow());
-    }
-    if (isUnchanged)
+    const auto *reply = std::get_if<HttpReply>(&result);
+    if (!reply)
+        return fail(request, std::get<HttpError>(result));
+    if (reply->status == 304)
         return UnchangedFeed{};
-    return parsed(bytes);
+    return parsed(*reply);
 }
 
 FeedLoad HttpFeedLoader::fail(const FeedRequest &request, const HttpError &error)
@@ -90,40 +76,32 @@ FeedLoad HttpFeedLoader::fail(const FeedRequest &request, const HttpError &error
     const ReadError readError{error.code, domainOf(error.kind), error.cause};
     if (error.kind == HttpError::Kind::Limit)
         systemLog(logFeeds(), u"Feed limit.(%1) %2"_s.arg(request.address, error.cause));
-    if (error.kind == HttpError::Kind::Aborted)
+    if (!error.retryAfter)
         return readError;
     const std::lock_guard lock(mutex_);
     const Clock::SteadyTime now = clock_.steadyNow();
-    if (error.retryAfter) {
-        holds_[request.address] = {now + std::min(*error.retryAfter, longestHold), readError};
-        return PostponedFeed{readError};
-    }
-    memory_.keep(request.address, readError, now);
-    return readError;
+    holds_[request.address] = {now, now + std::min(*error.retryAfter, longestHold), readError};
+    return PostponedFeed{readError};
 }
 
-std::optional<FeedLoad> HttpFeedLoader::remembered(const FeedRequest &request)
+std::optional<FeedLoad> HttpFeedLoader::answerAtOnce(const FeedRequest &request)
 {
-    std::optional<FeedAnswer> answer;
-    {
-        const std::lock_guard lock(mutex_);
-        const Clock::SteadyTime now = clock_.steadyNow();
-        std::erase_if(holds_, [now](const auto &hold) { return hold.second.until <= now; });
-        if (const auto hold = holds_.find(request.address); hold != holds_.end())
-            return PostponedFeed{hold->second.error};
-        if (reuseAge_ > std::chrono::seconds(0))
-            answer = memory_.answerSince(request.address, now - reuseAge_);
-    }
-    if (!answer)
-        return std::nullopt;
-    if (const auto *bytes = std::get_if<FeedBytes>(&*answer))
-        return parsed(*bytes);
-    if (const auto *error = std::get_if<ReadError>(&*answer))
-        return *error;
-    const auto &unchanged = std::get<FeedNotModified>(*answer);
-    if (request.validators.isEmpty() || unchanged.validators != request.validators)
-        return std::nullopt;
-    return UnchangedFeed{};
+    const std::lock_guard lock(mutex_);
+    const Clock::SteadyTime now = clock_.steadyNow();
+    // A server that asks for one second is nevertheless not asked again each second.
+    std::erase_if(holds_, [&](const auto &hold) {
+        return hold.second.until <= now && !isRecent(hold.second.asked, now);
+    });
+    if (const auto hold = holds_.find(request.address); hold != holds_.end())
+        return PostponedFeed{hold->second.error};
+    if (request.answered && isRecent(*request.answered, now))
+        return RecentFeed{};
+    return std::nullopt;
+}
+
+bool HttpFeedLoader::isRecent(Clock::SteadyTime answered, Clock::SteadyTime now) const
+{
+    return now - answered < reuseAge_;
 }
 
 } // namespace qovelmor

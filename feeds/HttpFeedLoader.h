@@ -2,7 +2,7 @@
 #pragma once
 
 #include "feeds/FeedLoader.h"
-#include "feeds/LoadMemory.h"
+#include "feeds/needs/ReadLog.h"
 #include "platform/Clock.h"
 #include "platform/HttpClient.h"
 
@@ -22,26 +22,29 @@ public:
 
     FeedLoad load(const FeedRequest &request) override;
 
-    /// 0 (as at the beginning): each load asks the server. Else a load whose address was asked for
-    /// less than `age` ago gets the answer of that time again.
+    /// 0 (as at the beginning): each load asks the server. Else an asker whose last answer is
+    /// younger than `age` is told to keep to it. Nothing is stored for that here: what the asker
+    /// made of the answer is all that is needed, and documents of any number and size cost nothing.
     void setReuseAge(std::chrono::seconds age);
 
 private:
     struct Hold
     {
+        Clock::SteadyTime asked;
         Clock::SteadyTime until;
         ReadError error;
     };
 
-    FeedLoad take(const FeedRequest &request, const HttpReply &reply);
     FeedLoad fail(const FeedRequest &request, const HttpError &error);
-    std::optional<FeedLoad> remembered(const FeedRequest &request);
+    /// The answer that needs no server.
+    std::optional<FeedLoad> answerAtOnce(const FeedRequest &request);
+    /// Whether it is too early to ask a server again that answered at that time.
+    bool isRecent(Clock::SteadyTime answered, Clock::SteadyTime now) const;
 
     const HttpClient &client_;
     Clock &clock_;
     std::mutex mutex_; // leaf: never held while a document is fetched or parsed
     std::chrono::seconds reuseAge_{0};
-    LoadMemory memory_;
     std::map<QString, Hold> holds_;
 };
 

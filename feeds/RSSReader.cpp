@@ -19,12 +19,18 @@ constexpr int neverRead = 0;
 constexpr int readSucceeded = 1;
 constexpr int readFailed = -1;
 
+constexpr int nothingOffered = 1; // the result of a read whose document could not be had
+
 constexpr std::chrono::seconds cleanupLimit{1};
 const QString pulloutPlace = u"watchBreak:RSSReader:pulloutTextString"_s;
 const QString headPlace = u"watchBreak:RSSReader:removeHeadSpace"_s;
+const QString noFeed = u"RSS でも Atom でもない文書です。"_s;
 
 /// A document may have 300,000 items of which the same has to be said: the first say enough.
 constexpr int mostLinesOfARead = 20;
+
+/// The parser's own words may repeat a name of any length.
+constexpr qsizetype longestLoggedCause = 500;
 
 int resultCode(Extraction result)
 {
@@ -40,6 +46,22 @@ int resultCode(Extraction result)
         break;
     }
     return 0;
+}
+
+/// Why a document gave no items, as a sentence for the user.
+QString causeOf(Extraction result, int format)
+{
+    if (result != Extraction::NoTitles)
+        return u"文書から項目を取り出せませんでした。"_s;
+    return feedFormat(format) ? u"文書に見出しがありません。"_s : noFeed;
+}
+
+void logReadError(const QString &address, const ReadError &error)
+{
+    systemLog(logFeeds(), u"RSS read error.(%1)"_s.arg(address));
+    systemLog(logFeeds(),
+              u"RSS read error cause: %1 %2 %3"_s.arg(error.domain, QString::number(error.code),
+                                                      error.cause.left(longestLoggedCause)));
 }
 
 bool isInside(const std::vector<QString> &list, int index)
@@ -68,6 +90,8 @@ RSSReader::RSSReader(FeedServices services, const QString &address, bool validat
                      const std::optional<QString> &name, int format)
     : services_(services), validate_(validate), address_(address)
 {
+    // A number below 0 names no kind of document either: no query would ever be asked with it, and
+    // the feed could never be read. So it is found out like the other numbers that are unknown.
     if (name && !name->isEmpty() && feedFormat(format)) {
         name_ = name;
         format_ = format;
@@ -132,6 +156,18 @@ QString RSSReader::lastErrorCause() const
     return lastErrorCause_;
 }
 
+bool RSSReader::offersNothing() const
+{
+    const std::lock_guard lock(mutex_);
+    return offersNothing_;
+}
+
+void RSSReader::setLastErrorCause(const QString &cause)
+{
+    const std::lock_guard lock(mutex_);
+    lastErrorCause_ = cause;
+}
+
 void RSSReader::setAddress(const QString &address)
 {
     const std::lock_guard lock(mutex_);
@@ -182,10 +218,13 @@ std::optional<QString> RSSReader::nameIn(const FeedDocument &document)
     for (const FeedFormat &format : feedFormats()) {
         const auto nodes = queries.nodes(format.documentTitle);
         setFormat(format.format);
-        if (!nodes.empty())
+        if (!nodes.empty()) {
+            setLastErrorCause({});
             return nodes.front().stringValue();
+        }
     }
     setFormat(feedformat::unknown);
+    setLastErrorCause(noFeed);
     systemLog(logFeeds(), u"Title get error."_s);
     systemLog(logFeeds(), u"error code = %1"_s.arg(queries.errorCode()));
     systemLog(logFeeds(), u"nodes count = %1"_s.arg(queries.lastCount()));
@@ -216,19 +255,23 @@ int RSSReader::readHeadlines()
 {
     if (!validate())
         return 6;
+    breakCount_ = 0;
+    indexErrors_ = 0;
     int statusBefore = neverRead;
     {
         const std::lock_guard lock(mutex_);
         statusBefore = std::exchange(status_, readFailed);
     }
-    const FeedLoad load = services_.loader.load(itemsRequest());
-    if (const auto *feed = std::get_if<LoadedFeed>(&load))
-        return takeDocument(*feed);
-    if (std::holds_alternative<UnchangedFeed>(load))
-        return takeUnchanged();
+    const FeedRequest request = itemsRequest();
+    const FeedLoad load = services_.loader.load(request);
+    if (std::holds_alternative<RecentFeed>(load))
+        return conclude(lastOutcome());
     if (const auto *postponed = std::get_if<PostponedFeed>(&load))
         return takePostponed(*postponed, statusBefore);
-    return takeError(std::get<ReadError>(load));
+    const Clock::SteadyTime answered = services_.clock.steadyNow();
+    const Outcome outcome = take(load);
+    remember(request, answered, outcome);
+    return conclude(outcome);
 }
 
 bool RSSReader::holdsCurrentItems() const
@@ -243,60 +286,77 @@ FeedRequest RSSReader::itemsRequest() const
     FeedRequest request{address(), {}};
     if (holdsCurrentItems())
         request.validators = results()->validators;
+    const std::lock_guard lock(mutex_);
+    if (lastAnswer_ && lastAnswer_->address == address_ && lastAnswer_->format == format_)
+        request.answered = lastAnswer_->time;
     return request;
 }
 
-int RSSReader::takeDocument(const LoadedFeed &feed)
+RSSReader::Outcome RSSReader::take(const FeedLoad &load)
+{
+    if (const auto *feed = std::get_if<LoadedFeed>(&load))
+        return takeDocument(*feed);
+    if (const auto *error = std::get_if<ReadError>(&load))
+        return {nothingOffered, false, *error};
+    return {0, true}; // the document is the one that the items are from
+}
+
+RSSReader::Outcome RSSReader::takeDocument(const LoadedFeed &feed)
 {
     auto read = std::make_shared<Results>();
     read->address = address();
     read->format = format();
     read->validators = feed.validators;
-    watchBreaks_ = 0;
-    indexErrors_ = 0;
     const auto clean = [this](const QString &text) {
         return pulloutTextString(text).value_or(u""_s);
     };
     const Extraction result =
         extractItems(*feed.document, feedFormat(read->format), clean, read->items);
-    const QString time = readTime();
+    if (result != Extraction::Success)
+        return {resultCode(result), false, {0, {}, causeOf(result, read->format)}};
     const std::lock_guard lock(mutex_);
-    lastErrorCause_.clear();
-    if (result == Extraction::Success) {
-        status_ = readSucceeded;
-        date_ = time;
-        results_ = std::move(read);
-    }
-    return resultCode(result);
-}
-
-int RSSReader::takeUnchanged()
-{
-    const QString time = readTime();
-    const std::lock_guard lock(mutex_);
-    lastErrorCause_.clear();
-    status_ = readSucceeded;
-    date_ = time;
-    return 0;
+    results_ = std::move(read);
+    return {0, true};
 }
 
 /// The server wants to be left alone: the items held stay as good as they were.
 int RSSReader::takePostponed(const PostponedFeed &feed, int statusBefore)
 {
     if (!holdsCurrentItems())
-        return takeError(feed.error);
+        return conclude({nothingOffered, false, feed.error});
     const std::lock_guard lock(mutex_);
     lastErrorCause_ = feed.error.cause;
+    offersNothing_ = false;
     status_ = statusBefore;
     return 0;
 }
 
-int RSSReader::takeError(const ReadError &error)
+RSSReader::Outcome RSSReader::lastOutcome() const
 {
-    systemLog(logFeeds(), u"RSS read error.(%1)"_s.arg(address()));
     const std::lock_guard lock(mutex_);
-    lastErrorCause_ = error.cause;
-    return 1;
+    return lastAnswer_ ? lastAnswer_->outcome : Outcome{};
+}
+
+void RSSReader::remember(const FeedRequest &request, Clock::SteadyTime answered,
+                         const Outcome &outcome)
+{
+    const std::lock_guard lock(mutex_);
+    lastAnswer_ = {answered, request.address, format_, outcome};
+}
+
+int RSSReader::conclude(const Outcome &outcome)
+{
+    if (outcome.code == nothingOffered)
+        logReadError(address(), outcome.error);
+    const QString time = readTime();
+    const std::lock_guard lock(mutex_);
+    lastErrorCause_ = outcome.error.cause;
+    offersNothing_ = outcome.code == nothingOffered;
+    if (outcome.isSuccess) {
+        status_ = readSucceeded;
+        date_ = time;
+    }
+    return outcome.code;
 }
 
 QString RSSReader::readTime() const
@@ -412,7 +472,7 @@ bool RSSReader::isExistSummary(const XmlNode &element) const
 
 void RSSReader::logWatchBreak(const QString &place) const
 {
-    if (watchBreaks_++ >= mostLinesOfARead)
+    if (breakCount_++ >= mostLinesOfARead)
         return;
     ReadLog *log = nullptr;
     {

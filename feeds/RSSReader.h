@@ -51,6 +51,8 @@ public:
     bool isReaderChanged() const { return isReaderChanged_; }
     /// Why the last attempt to fetch gave nothing, as a sentence for the user; empty when it did.
     QString lastErrorCause() const;
+    /// Whether the last read offered nothing, not even the items of the one before (result 1).
+    bool offersNothing() const;
 
     void setAddress(const QString &address);
     void setValidate(bool validate) { validate_ = validate; }
@@ -103,17 +105,37 @@ private:
     };
     using ResultsSnapshot = std::shared_ptr<const Results>;
 
+    /// What a read came to.
+    struct Outcome
+    {
+        int code = 0;
+        bool isSuccess = false;
+        ReadError error = {}; ///< why it is none
+    };
+    /// The outcome of the loader's last answer, and what it is about: it holds for some time.
+    struct LastAnswer
+    {
+        Clock::SteadyTime time;
+        QString address;
+        int format = 0;
+        Outcome outcome;
+    };
+
     ResultsSnapshot results() const;
     ItemRecord record(const Results &read, int index) const;
     bool holdsCurrentItems() const;
     FeedRequest itemsRequest() const;
-    int takeDocument(const LoadedFeed &feed);
-    int takeUnchanged();
+    Outcome take(const FeedLoad &load);
+    Outcome takeDocument(const LoadedFeed &feed);
     int takePostponed(const PostponedFeed &feed, int statusBefore);
-    int takeError(const ReadError &error);
+    Outcome lastOutcome() const;
+    void remember(const FeedRequest &request, Clock::SteadyTime answered, const Outcome &outcome);
+    /// Shows what the read came to in the reader's state, and gives its result.
+    int conclude(const Outcome &outcome);
     std::optional<QString> nameIn(const FeedDocument &document);
     void reportNameError(const ReadError &error);
     void setFormat(int format);
+    void setLastErrorCause(const QString &cause);
     QString readTime() const;
     void logWatchBreak(const QString &place) const;
 
@@ -122,7 +144,7 @@ private:
     std::atomic<bool> watchLoop_{false};
     std::atomic<bool> watchBreak_{false};
     const bool isReaderChanged_ = false;
-    mutable std::atomic<int> watchBreaks_{0}; ///< logged of the document read last
+    mutable std::atomic<int> breakCount_{0}; ///< watch breaks since the last read began
     mutable std::atomic<int> indexErrors_{0};
 
     mutable std::mutex mutex_; // leaf: guards what follows, never held while calling out
@@ -134,6 +156,8 @@ private:
     int status_ = 0;
     std::optional<QString> date_;
     QString lastErrorCause_;
+    bool offersNothing_ = false;
+    std::optional<LastAnswer> lastAnswer_;
     ResultsSnapshot results_ = std::make_shared<const Results>();
 };
 

@@ -107,61 +107,107 @@ private Q_SLOTS:
         QCOMPARE(server_->hits("/a"), 2);
     }
 
-    void withReuse_youngResultsAreAnsweredAgain()
+    void withReuse_theYoungAnswerOfAnAskerHolds()
     {
         server_->route("/a", HttpServer::document("<a/>"));
-        load("/a"); // before reuse was asked for
-        load("/none");
+        const auto loadAgain = [&](Clock::Duration age) {
+            return loader_->load({server_->address("/a"), {}, clock_.steadyNow() - age});
+        };
+        QVERIFY(std::holds_alternative<LoadedFeed>(loadAgain(0s)));
         loader_->setReuseAge(30s);
-        QVERIFY(std::holds_alternative<LoadedFeed>(load("/a")));
-        QCOMPARE(error(load("/none")).code, 404);
-        QCOMPARE(server_->requests().size(), std::size_t{2});
-        clock_.ahead += 31s;
-        load("/a");
-        QCOMPARE(server_->hits("/a"), 2);
-        loader_->setReuseAge(0s);
-        load("/a");
-        QCOMPARE(server_->hits("/a"), 3);
-    }
-
-    void withReuse_largeDocumentsAreNotKept()
-    {
-        server_->route("/a", HttpServer::document("<a>" + QByteArray(9'000'000, 'x') + "</a>"));
-        loader_->setReuseAge(30s);
-        load("/a");
-        load("/a");
-        QCOMPARE(server_->hits("/a"), 2);
-    }
-
-    // What is kept of all feeds together has a budget: the oldest document goes first.
-    void withReuse_theOldestIsDroppedForTheNewest()
-    {
-        loader_->setReuseAge(30s);
-        constexpr int documents = 12;
-        for (int i = 0; i < documents; ++i) {
-            const QByteArray path = "/" + QByteArray::number(i);
-            server_->route(path, HttpServer::document("<a>" + QByteArray(1'000'000, 'x') + "</a>"));
-            load(path.constData());
-        }
-        load("/0");
-        QCOMPARE(server_->hits("/0"), 2);
-        load("/11");
-        QCOMPARE(server_->hits("/11"), 1);
-    }
-
-    void notModified_isUnchanged_andOnlyReusedForTheSameDocument()
-    {
-        server_->route("/a", [](const HttpServer::Request &request) {
-            return request.headers.count("if-none-match") != 0
-                       ? HttpServer::reply("304 Not Modified", {}, {})
-                       : HttpServer::document("<a/>");
-        });
-        QVERIFY(std::holds_alternative<UnchangedFeed>(load("/a", {"\"1\"", {}})));
-        loader_->setReuseAge(30s);
-        QVERIFY(std::holds_alternative<UnchangedFeed>(load("/a", {"\"1\"", {}})));
+        QVERIFY(std::holds_alternative<RecentFeed>(loadAgain(0s)));
+        QVERIFY(std::holds_alternative<RecentFeed>(loadAgain(29s)));
         QCOMPARE(server_->hits("/a"), 1);
-        QVERIFY(std::holds_alternative<LoadedFeed>(load("/a")));
+        QVERIFY(std::holds_alternative<LoadedFeed>(loadAgain(30s)));
+        QVERIFY(std::holds_alternative<LoadedFeed>(load("/a"))); // who wants the document gets it
+        loader_->setReuseAge(0s);
+        QVERIFY(std::holds_alternative<LoadedFeed>(loadAgain(0s)));
+        QCOMPARE(server_->hits("/a"), 4);
+    }
+
+    void withReuse_noServerIsAskedAgain_data()
+    {
+        QTest::addColumn<int>("feeds");
+        QTest::addColumn<HttpServer::Reply>("answer");
+        const auto padded = [](qsizetype size) {
+            return rss2(item("<title>見出し</title><description>" + QByteArray(size, 'x') +
+                             "</description>"));
+        };
+        const auto row = [](const char *name, int feeds, const HttpServer::Reply &answer) {
+            QTest::newRow(name) << feeds << answer;
+        };
+        row("many large documents", 20, HttpServer::document(padded(600'000)));
+        row("one of 9 MB", 1, HttpServer::document(padded(9'000'000)));
+        row("large ones without headlines", 20,
+            HttpServer::document(rss2("<link>" + QByteArray(600'000, 'x') + "</link>")));
+        row("large ones that are no XML", 20, HttpServer::document(QByteArray(600'000, 'x')));
+        row("nothing there", 2, HttpServer::reply("404 Not Found", {}, {}));
+        row("a second's rest", 2, HttpServer::reply("503 Busy", {"Retry-After: 1"}, {}));
+    }
+    // Feeds of which nothing is shown are read again each second.
+    void withReuse_noServerIsAskedAgain()
+    {
+        QFETCH(int, feeds);
+        QFETCH(HttpServer::Reply, answer);
+        std::vector<std::unique_ptr<RSSReader>> readers;
+        for (int i = 0; i < feeds; ++i) {
+            const QByteArray path = "/" + QByteArray::number(i);
+            server_->route(path, answer);
+            readers.push_back(std::make_unique<RSSReader>(
+                FeedServices{*loader_, clock_}, server_->address(path), true, u"名"_s, 2));
+        }
+        const auto readAll = [&] {
+            std::vector<std::tuple<int, int, int, QString>> results;
+            for (const auto &reader : readers) {
+                const int code = reader->readHeadlines();
+                results.emplace_back(code, reader->status(), reader->count(),
+                                     reader->lastErrorCause());
+            }
+            return results;
+        };
+        const auto requests = [&] { return static_cast<int>(server_->requests().size()); };
+
+        const auto results = readAll();
+        QCOMPARE(requests(), feeds);
+        loader_->setReuseAge(30s);
+        for (int second = 1; second <= 5; ++second) {
+            clock_.ahead += 2s;
+            QCOMPARE(readAll(), results);
+            QCOMPARE(requests(), feeds);
+        }
+        clock_.ahead += 21s;
+        QCOMPARE(readAll(), results);
+        QCOMPARE(requests(), 2 * feeds);
+        clock_.ahead += 2s;
+        loader_->setReuseAge(0s); // a person asks for a read
+        QCOMPARE(readAll(), results);
+        QCOMPARE(requests(), 3 * feeds);
+    }
+
+    // A list may hold an address twice, and a server may never send the same bytes again.
+    void withReuse_eachReaderKeepsItsOwnAnswer()
+    {
+        int documents = 0;
+        server_->route("/a", [&documents](const HttpServer::Request &) {
+            const QByteArray number = QByteArray::number(++documents);
+            return HttpServer::document(rss2(item("<title>" + number + "</title>")));
+        });
+        RSSReader one({*loader_, clock_}, server_->address("/a"), true, u"名"_s, 2);
+        RSSReader other({*loader_, clock_}, server_->address("/a"), true, u"名"_s, 2);
+        for (int cycle = 0; cycle < 3; ++cycle) {
+            QCOMPARE(one.readHeadlines(), 0);
+            QCOMPARE(other.readHeadlines(), 0);
+            QCOMPARE(one.titleAtIndex(0), u"1"_s);
+            QCOMPARE(other.titleAtIndex(0), u"2"_s);
+            loader_->setReuseAge(30s);
+        }
         QCOMPARE(server_->hits("/a"), 2);
+    }
+
+    void notModified_isUnchanged()
+    {
+        server_->route("/a", HttpServer::reply("304 Not Modified", {}, {}));
+        QVERIFY(std::holds_alternative<UnchangedFeed>(load("/a", {"\"1\"", {}})));
     }
 
     void retryAfter_isHonouredUpToAnHour_data()
@@ -186,20 +232,6 @@ private Q_SLOTS:
         server_->route("/a", HttpServer::document("<a/>"));
         clock_.ahead += 6s;
         QVERIFY(std::holds_alternative<LoadedFeed>(load("/a")));
-    }
-
-    void anAbortedLoad_isNotRemembered()
-    {
-        server_->route("/a", HttpServer::document("<a/>"));
-        bool ends = true;
-        HttpHooks hooks;
-        hooks.isAborted = [&ends] { return ends; };
-        const HttpClient client(clock_, hooks);
-        HttpFeedLoader loader(client, clock_);
-        loader.setReuseAge(30s);
-        QVERIFY(std::holds_alternative<ReadError>(loader.load({server_->address("/a"), {}})));
-        ends = false;
-        QVERIFY(std::holds_alternative<LoadedFeed>(loader.load({server_->address("/a"), {}})));
     }
 
     void aReader_readsOverHttp()

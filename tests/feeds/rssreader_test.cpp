@@ -215,6 +215,31 @@ private Q_SLOTS:
         QVERIFY(made->lastErrorCause().isEmpty());
     }
 
+    void readHeadlines_thatFails_logsTheCauseOnce_data()
+    {
+        QTest::addColumn<QString>("cause");
+        QTest::addColumn<QString>("line");
+        const QString start = u"RSS read error cause: XML 3 "_s;
+        QTest::newRow("a sentence") << u"閉じていません。"_s << start + u"閉じていません。"_s;
+        QTest::newRow("of several lines") << u"a\nb\r\x1b[2Jc"_s << start + u"a b  [2Jc"_s;
+        QTest::newRow("with placeholders") << u"%1 %2 %s"_s << start + u"%1 %2 %s"_s;
+        QTest::newRow("of any length") << QString(60'000, u'x') << start + QString(500, u'x');
+    }
+    void readHeadlines_thatFails_logsTheCauseOnce()
+    {
+        QFETCH(QString, cause);
+        QFETCH(QString, line);
+        const auto made = reader(feedformat::rss2);
+        loader_.answer(ReadError{3, u"XML"_s, cause});
+        static QStringList lines;
+        lines.clear();
+        const auto before = qInstallMessageHandler(
+            [](QtMsgType, const QMessageLogContext &, const QString &text) { lines << text; });
+        made->readHeadlines();
+        qInstallMessageHandler(before);
+        QCOMPARE(lines, (QStringList{u"RSS read error.(%1)"_s.arg(feedAddress), line}));
+    }
+
     void readHeadlines_failures_data()
     {
         QTest::addColumn<int>("format");
@@ -279,6 +304,8 @@ private Q_SLOTS:
         QCOMPARE(made->readHeadlines(), 0);
         QCOMPARE(made->status(), -1);
         QCOMPARE(made->titleAtIndex(0), u"一"_s);
+        QCOMPARE(made->lastErrorCause(), u"文書に見出しがありません。"_s);
+        QVERIFY(!made->offersNothing());
     }
 
     void readHeadlines_ofAnUnknownFormat_asksNothing()
@@ -289,9 +316,69 @@ private Q_SLOTS:
         QTest::ignoreMessage(QtWarningMsg, "error code = 0");
         QTest::ignoreMessage(QtWarningMsg, "nodes count = 0");
         RSSReader made({loader_, clock_}, feedAddress);
+        const QString cause = u"RSS でも Atom でもない文書です。"_s;
+        QCOMPARE(made.lastErrorCause(), cause);
         QTest::ignoreMessage(QtWarningMsg, "Headline get error.");
         QCOMPARE(made.readHeadlines(), 0);
         QCOMPARE(made.status(), -1);
+        QCOMPARE(made.lastErrorCause(), cause);
+        loader_.answerWith(rss2({}));
+        QVERIFY(made.readName());
+        QVERIFY(made.lastErrorCause().isEmpty());
+    }
+
+    // The loader may say that its last answer holds: then the read ends as the last one did.
+    void recentAnswer_endsTheReadAsTheLastOneDid_data()
+    {
+        QTest::addColumn<QByteArray>("document"); // empty: there is none
+        QTest::addColumn<int>("code");
+        QTest::addColumn<int>("status");
+        QTest::addColumn<QString>("date");
+        QTest::newRow("read") << rss2(item("<title>一</title>")) << 0 << 1 << u"05/10 10:25"_s;
+        QTest::newRow("without titles") << rss2({}) << 0 << -1 << QString();
+        QTest::newRow("failed") << QByteArray() << 1 << -1 << QString();
+    }
+    void recentAnswer_endsTheReadAsTheLastOneDid()
+    {
+        QFETCH(QByteArray, document);
+        QFETCH(int, code);
+        const auto made = reader(feedformat::rss2);
+        if (document.isEmpty())
+            loader_.answer(ReadError{28, u"Transfer"_s, u"時間切れ"_s});
+        else
+            loader_.answerWith(document);
+        const auto answered = clock_.steadyNow();
+        QCOMPARE(made->readHeadlines(), code);
+        QVERIFY(!loader_.requests.back().answered);
+        const QString cause = made->lastErrorCause();
+        QCOMPARE(made->offersNothing(), code == 1);
+
+        clock_.setCalendar(readMoment() + std::chrono::minutes(5));
+        loader_.answer(PostponedFeed{{503, u"HTTP"_s, u"混雑"_s}}); // no answer that could hold
+        made->readHeadlines();
+        loader_.answer(RecentFeed{});
+        QCOMPARE(made->readHeadlines(), code);
+        QVERIFY(loader_.requests.back().answered == answered);
+        QTEST(made->status(), "status");
+        QTEST(made->date().value_or(QString()), "date");
+        QCOMPARE(made->lastErrorCause(), cause);
+        QCOMPARE(made->offersNothing(), code == 1);
+        clock_.setCalendar(readMoment());
+    }
+
+    void lastAnswer_holdsForItsAddressAndFormat()
+    {
+        const auto made = readFrom(feedformat::rss2, rss2(item("<title>一</title>")));
+        made->readHeadlines();
+        QVERIFY(loader_.requests.back().answered);
+        loader_.answerWith(atom({}));
+        made->readName();                           // also finds the format anew
+        QVERIFY(!loader_.requests.back().answered); // the document itself is wanted
+        made->readHeadlines();
+        QVERIFY(!loader_.requests.back().answered);
+        made->setAddress(u"http://example.com/other"_s);
+        made->readHeadlines();
+        QVERIFY(!loader_.requests.back().answered);
     }
 
     void description_thatNeverEnds_isEmptyAndLogged()
@@ -336,20 +423,27 @@ private Q_SLOTS:
             items += item("<title>一</title><description>1 &gt; 0 &lt;b&gt;</description>");
         const auto made = reader(feedformat::rss2);
         made->setMessageList(&log);
-        for (std::size_t read = 1; read <= 2; ++read) {
-            loader_.answerWith(rss2(items));
+        static int warnings = 0;
+        const auto readsAnew = [&](std::size_t watchBreaks) {
             QCOMPARE(made->readHeadlines(), 0);
             QCOMPARE(made->count(), 200);
-            QCOMPARE(log.watchBreaks.size(), read * 20); // each read says so anew
-            static int warnings = 0;
+            QCOMPARE(log.watchBreaks.size(), watchBreaks);
             warnings = 0;
             const auto before = qInstallMessageHandler(
                 [](QtMsgType, const QMessageLogContext &, const QString &) { ++warnings; });
             for (int i = 0; i < 200; ++i)
                 made->headlineAtIndex(i); // there are no links
             qInstallMessageHandler(before);
-            QCOMPARE(warnings, 20);
+            QCOMPARE(warnings, 20); // each read says so anew
+        };
+        for (std::size_t read = 1; read <= 2; ++read) {
+            loader_.answerWith(rss2(items));
+            readsAnew(read * 20);
         }
+        loader_.answer(UnchangedFeed{}); // the items are offered anew, but not cleaned
+        readsAnew(40);
+        loader_.answer(PostponedFeed{{503, u"HTTP"_s, u"混雑"_s}});
+        readsAnew(40);
     }
 
     void headlineAtIndex_outside_namesTheFirstListThatIsTooShort_data()
@@ -442,6 +536,7 @@ private Q_SLOTS:
         QCOMPARE(made->status(), 1);
         QCOMPARE(made->count(), 1);
         QCOMPARE(made->lastErrorCause(), u"混雑"_s);
+        QVERIFY(!made->offersNothing());
     }
 
     void postponed_withoutItems_isAFailure()
@@ -451,6 +546,7 @@ private Q_SLOTS:
         QTest::ignoreMessage(QtWarningMsg, "RSS read error.(http://example.com/feed)");
         QCOMPARE(made->readHeadlines(), 1);
         QCOMPARE(made->status(), -1);
+        QVERIFY(made->offersNothing());
     }
 
     void cleanUpOperations()
