@@ -193,8 +193,7 @@ void MainWindow::showProblems()
 {
     statusRow_->setProblem(StandingProblem::Store, parts_.defaults.lastError());
     statusRow_->setProblem(StandingProblem::Board, parts_.setup.boardProblem());
-    statusRow_->setProblem(StandingProblem::Feeds,
-                           feedView_->problem(parts_.msgList.failedSiteCount()));
+    statusRow_->setProblem(StandingProblem::Feeds, feedView_->problem());
 }
 
 void MainWindow::showAbout()

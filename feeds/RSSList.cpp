@@ -23,11 +23,6 @@ FeedEntry entryOf(const RSSReader &reader)
     return {reader.validate(), reader.address(), reader.name().value_or(u""_s), reader.format()};
 }
 
-bool isUnreadable(const RSSList::Reader &reader)
-{
-    return !reader->lastErrorCause().isEmpty();
-}
-
 bool isInside(int row, const RSSList::ReaderList &list)
 {
     return row >= 0 && row < static_cast<int>(list.size());
@@ -212,13 +207,15 @@ RSSList::Appended RSSList::appendAddresses(const QStringList &addresses)
     readers.insert(readers.end(), added.begin(), added.end());
     replaceList(std::move(readers));
     renewRSSList();
-    return {total, static_cast<int>(std::ranges::count_if(added, isUnreadable)), false};
+    const auto unread =
+        std::ranges::count_if(added, [](const Reader &reader) { return !reader->name(); });
+    return {total, static_cast<int>(unread), false};
 }
 
 int RSSList::failedSiteCount() const
 {
     return static_cast<int>(std::ranges::count_if(tableReaders(), [](const Reader &reader) {
-        return reader->validate() && isUnreadable(reader);
+        return reader->validate() && reader->offersNothing();
     }));
 }
 

@@ -70,7 +70,7 @@ public:
     /// The list as the table shows it. Any thread.
     ReaderList tableReaders() const;
     int readerCount() const;
-    /// How many enabled feeds could not be had at the last attempt.
+    /// How many enabled feeds offered nothing at their last read.
     int failedSiteCount() const;
     /// Null for a row outside the list.
     Reader readerAt(int row) const;

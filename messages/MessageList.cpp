@@ -157,7 +157,6 @@ void MessageList::siteIsRead(int sitesRead)
 void MessageList::keep(ReadOutcome outcome)
 {
     takenCount_ = outcome.takenCount;
-    failedSiteCount_ = outcome.failedSiteCount;
     lastMSG_ = std::make_shared<const MessageVector>(std::move(outcome.messages));
     present([&](MessagePresentation &shown) { shown.messages = lastMSG_; });
     const bool isStored = storeMessages(*lastMSG_);

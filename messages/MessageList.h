@@ -87,8 +87,7 @@ public:
     /// Reads every enabled feed and replaces the list; until then the old one stays. A read that
     /// the program's end has cut short changes and stores nothing.
     void readRSSPages();
-    int takenCount() const { return takenCount_; }           ///< headlines taken by the last read
-    int failedSiteCount() const { return failedSiteCount_; } ///< feeds that it could not read
+    int takenCount() const { return takenCount_; } ///< headlines taken by the last read
 
     /// Inserts a message at a random place of the list; nothing is only logged.
     void randomAddObject(const std::optional<Message> &message);
@@ -200,7 +199,6 @@ private:
     LedProgress ledProgress_;
     MessageSnapshot lastMSG_; ///< the list of the read before; touched by the reading thread only
     std::atomic<int> takenCount_ = 0;
-    std::atomic<int> failedSiteCount_ = 0;
 };
 
 } // namespace qovelmor

@@ -75,8 +75,8 @@ void ReadCycle::readSite(Feed &feed)
         return;
     parts_.logBook.writeReadRSSLog(address, result);
     if (result == nothingToTake)
-        ++outcome_.failedSiteCount;
-    else if (switches_->order() == MessageOrder::Random)
+        return;
+    if (switches_->order() == MessageOrder::Random)
         takeAtRandom(feed);
     else
         takeInSiteOrder(feed);

@@ -18,10 +18,9 @@ class MessageSettings;
 /// What a read of all feeds has brought.
 struct ReadOutcome
 {
-    MessageVector messages;  ///< in order, without duplicates, new ones marked
-    int takenCount = 0;      ///< headlines taken, before duplicates were removed
-    int failedSiteCount = 0; ///< sites that offered nothing because their read failed
-    bool isWhole = false;    ///< false: the program quits, and nothing of this may be kept
+    MessageVector messages; ///< in order, without duplicates, new ones marked
+    int takenCount = 0;     ///< headlines taken, before duplicates were removed
+    bool isWhole = false;   ///< false: the program quits, and nothing of this may be kept
 };
 
 /// One read of all feeds: what each site offers, filtered, ordered, cut, and merged into one list.

@@ -19,7 +19,6 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
-#include <algorithm>
 #include <functional>
 
 namespace qovelmor {
@@ -256,12 +255,12 @@ void FeedListView::importEnds()
 }
 
 // Feeds that were deleted since, or switched off, are nobody's problem any more.
-QString FeedListView::problem(int failed) const
+QString FeedListView::problem() const
 {
     if (list_.validSiteCount() == 0)
         return localized(u"NoFeedsToRead"_s);
-    const int stillFailed = std::min(failed, list_.failedSiteCount());
-    return stillFailed > 0 ? localized(u"FeedsFailed"_s).arg(stillFailed) : QString();
+    const int failed = list_.failedSiteCount();
+    return failed > 0 ? localized(u"FeedsFailed"_s).arg(failed) : QString();
 }
 
 void FeedListView::showStatus(const QString &text)

@@ -33,9 +33,9 @@ public:
     QList<QAction *> fileActions() const { return fileActions_; }
     /// Takes over row height and font size from the store.
     void applyViewSettings();
-    /// What the user had better put right, as a sentence: `failed` feeds of the last read could not
-    /// be had, or there is nothing to read. Empty when all is well.
-    QString problem(int failed) const;
+    /// What the user had better put right, as a sentence: feeds offered nothing at the last read,
+    /// or there is none to read. Empty when all is well.
+    QString problem() const;
 
     int selectedRow() const override;
     void renewControls(bool hasSelection) override;

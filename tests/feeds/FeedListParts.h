@@ -27,6 +27,10 @@ public:
         requested << request.address;
         if (duringLoad)
             duringLoad();
+        if (postponed.contains(request.address))
+            return PostponedFeed{{503, QStringLiteral("HTTP"), QStringLiteral("混雑")}};
+        if (pages.contains(request.address))
+            return documentOf(QStringLiteral("<html xmlns='http://www.w3.org/1999/xhtml'/>"));
         const auto title = titles.find(request.address);
         if (title == titles.end())
             return ReadError{404, QStringLiteral("HTTP"), QStringLiteral("ない\n<b>404</b>\u202e")};
@@ -35,14 +39,22 @@ public:
                                  : QString();
         const QString text = QStringLiteral("<rss version=\"2.0\"><channel><title>%1</title>%2"
                                             "</channel></rss>");
-        XmlParseResult parsed = XmlDocument::parse(text.arg(title->second, item).toUtf8());
-        return LoadedFeed{std::make_shared<XmlFeedDocument>(std::move(parsed.document)), {}};
+        return documentOf(text.arg(title->second, item));
     }
 
     std::map<QString, QString> titles;
+    QStringList pages;     ///< addresses of documents that are no feeds
+    QStringList postponed; ///< addresses whose server wants to be left alone
     QString itemsIn;
     QStringList requested;
     std::function<void()> duringLoad;
+
+private:
+    static LoadedFeed documentOf(const QString &text)
+    {
+        XmlParseResult parsed = XmlDocument::parse(text.toUtf8());
+        return {std::make_shared<XmlFeedDocument>(std::move(parsed.document)), {}};
+    }
 };
 
 class RecordingControl final : public DisplayControl

@@ -42,6 +42,7 @@ private Q_SLOTS:
     void selection_canBeTakenAway();
     void errorCause_isSaidAsPlainText();
     void addedFeed_isScrolledTo();
+    void problem_isOfTheFeedsThatOfferNothing();
 };
 
 void FeedListViewTest::controlsHaveNamesAndTexts_data()
@@ -365,6 +366,25 @@ void FeedListViewTest::addedFeed_isScrolledTo()
     desk.press("actAddressExec");
     const QRect row = desk.table().visualRect(desk.table().model()->index(52, 3));
     QVERIFY(desk.table().viewport()->rect().contains(row.center()));
+}
+
+void FeedListViewTest::problem_isOfTheFeedsThatOfferNothing()
+{
+    FeedListDesk desk(u"ab"_s);
+    desk.web.titles[u"http://a/"_s] = u"A"_s;
+    desk.web.itemsIn = u"http://a/"_s;
+    desk.list.readerAt(0)->readHeadlines();
+    QVERIFY(desk.view->problem().isEmpty());
+    desk.web.postponed << u"http://a/"_s; // offers what it holds
+    for (int row : {0, 1})
+        desk.list.readerAt(row)->readHeadlines();
+    QVERIFY(!desk.list.readerAt(0)->lastErrorCause().isEmpty());
+    QCOMPARE(desk.view->problem(), localized(u"FeedsFailed"_s).arg(1));
+
+    desk.list.removeReader(1); // the one that failed
+    QVERIFY(desk.view->problem().isEmpty());
+    desk.list.shouldEditTableColumn(0);
+    QCOMPARE(desk.view->problem(), localized(u"NoFeedsToRead"_s));
 }
 
 QTEST_MAIN(FeedListViewTest)

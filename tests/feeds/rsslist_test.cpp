@@ -30,6 +30,8 @@ private Q_SLOTS:
     void edit_outsideTheList_changesNothing();
     void unreadableFeed_isAddedWithoutAName();
     void error_beforeThereWasALog_isReported();
+    void import_countsWhatHasNoName_data();
+    void import_countsWhatHasNoName();
 
     // The display rests.
     void change_stopsTheDisplay_data();
@@ -40,6 +42,7 @@ private Q_SLOTS:
     void checkBox_invertsAndSaves();
     void headerClick_invertsEachForItself();
     void validSiteCount_countsTheEnabled();
+    void failedSiteCount_countsWhatOffersNothing();
 
     // The one-feed list.
     void tempReader_standsInTheListsPlace();
@@ -216,6 +219,28 @@ void RSSListTest::error_beforeThereWasALog_isReported()
     QCOMPARE(parts.log.errors.front().first, u"http://x/"_s);
 }
 
+void RSSListTest::import_countsWhatHasNoName_data()
+{
+    QTest::addColumn<QString>("address");
+    QTest::addColumn<int>("unread");
+    QTest::newRow("a feed") << u"http://n/"_s << 0;
+    QTest::newRow("nothing there") << u"http://x/"_s << 1;
+    QTest::newRow("a page that is no feed") << u"http://page/"_s << 1;
+}
+
+void RSSListTest::import_countsWhatHasNoName()
+{
+    QFETCH(QString, address);
+    QFETCH(int, unread);
+    FeedListParts parts;
+    parts.startWith(u"a"_s);
+    parts.web.titles[u"http://n/"_s] = u"New"_s;
+    parts.web.pages << u"http://page/"_s;
+    QCOMPARE(parts.list.appendAddresses({address}).unread, unread);
+    QCOMPARE(parts.list.readerAt(1)->lastErrorCause().isEmpty(), unread == 0);
+    QCOMPARE(parts.window.statuses.size(), unread); // says why
+}
+
 // The display rests. ----------------------------------------------------------------------------
 
 using Change = std::function<void(FeedListParts &)>;
@@ -302,6 +327,24 @@ void RSSListTest::validSiteCount_countsTheEnabled()
     parts.list.shouldEditTableColumn(0);
     QCOMPARE(parts.list.validSiteCount(), 2);
     QCOMPARE(parts.list.readerCount(), 3);
+}
+
+void RSSListTest::failedSiteCount_countsWhatOffersNothing()
+{
+    FeedListParts parts;
+    parts.startWith(u"abc"_s);
+    parts.web.titles[u"http://a/"_s] = u"A"_s;
+    parts.web.itemsIn = u"http://a/"_s;
+    QCOMPARE(parts.list.failedSiteCount(), 0); // nothing has been read
+    parts.list.createReaderWithAddress(u"http://x/"_s, -1, RSSList::AddressMode::Add);
+    QCOMPARE(parts.list.failedSiteCount(), 0); // the name could not be had; that is no read
+    for (int row : {0, 1, 2})
+        parts.list.readerAt(row)->readHeadlines();
+    QCOMPARE(parts.list.failedSiteCount(), 2); // b and c
+    parts.list.shouldEditTableColumn(1);
+    QCOMPARE(parts.list.failedSiteCount(), 1);
+    parts.list.removeReader(2);
+    QCOMPARE(parts.list.failedSiteCount(), 0);
 }
 
 // The one-feed list. ----------------------------------------------------------------------------
