@@ -29,6 +29,7 @@ private Q_SLOTS:
     void twice_answersTwice();
     void wrong_answersAnotherQuestion();
     void hangUp_isTakenOnce();
+    void hangUp_isNotForgottenForTheNextLine();
     void behave_endsAllFaults();
 
 private:
@@ -227,6 +228,16 @@ void MisbehaviourTest::hangUp_isTakenOnce()
     bench.say("ver");
     QCOMPARE(bench.firmware().takeHangUp(), std::optional<int>(70));
     QVERIFY(!bench.firmware().takeHangUp());
+}
+
+// Two lines may come in one read.
+void MisbehaviourTest::hangUp_isNotForgottenForTheNextLine()
+{
+    FirmwareBench bench;
+    order(bench, "hangup=70");
+    bench.send("ver\rsc_mode\r");
+    QCOMPARE(bench.firmware().takeHangUp(), std::optional<int>(70));
+    QVERIFY(!bench.hear().contains("Ok."));
 }
 
 void MisbehaviourTest::behave_endsAllFaults()

@@ -88,8 +88,11 @@ std::optional<int> BoardFirmware::takeHangUp()
 void BoardFirmware::receive(std::string_view bytes, Time now)
 {
     advance(now);
-    for (const char byte : bytes)
+    for (const char byte : bytes) {
+        if (hangUp_)
+            return; // the line is dead: what follows on it is not heard
         receiveByte(byte, now);
+    }
 }
 
 void BoardFirmware::receiveByte(char byte, Time now)
