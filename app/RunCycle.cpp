@@ -63,7 +63,8 @@ void RunCycle::startDispRSS()
     if (!dispRSSState_.compare_exchange_strong(stopped, 1))
         return;
     steps_.controlsChanged();
-    displayThread_.start([this] { dispRSSThread(); });
+    if (!displayThread_.start([this] { dispRSSThread(); }))
+        setDispRSSState(0);
 }
 
 void RunCycle::stopDispRSS()

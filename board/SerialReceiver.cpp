@@ -26,8 +26,12 @@ bool SerialReceiver::start(int descriptor)
     event_ = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
     if (event_ < 0)
         return false;
-    worker_.start([this, descriptor] { receiveThread(descriptor); });
-    return true;
+    threadExit_ = false; // a thread that ended by itself has not seen the order to end
+    if (worker_.start([this, descriptor] { receiveThread(descriptor); }))
+        return true;
+    closeEvent();
+    errno = EAGAIN;
+    return false;
 }
 
 void SerialReceiver::stop()
@@ -37,6 +41,11 @@ void SerialReceiver::stop()
     threadExit_ = true;
     wake();
     worker_.join();
+    closeEvent();
+}
+
+void SerialReceiver::closeEvent()
+{
     ::close(event_);
     event_ = -1;
 }

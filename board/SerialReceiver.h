@@ -23,7 +23,7 @@ public:
     SerialReceiver &operator=(const SerialReceiver &) = delete;
 
     /// Starts the thread on an open descriptor that outlives it. False, with errno, when the system
-    /// has no event descriptor left.
+    /// has no event descriptor or no thread left.
     bool start(int descriptor);
     /// Ends the thread and waits for that; does nothing when there is none.
     void stop();
@@ -35,6 +35,7 @@ private:
     void receiveThread(int descriptor);
     bool moveBytes(int descriptor);
     void wake() const;
+    void closeEvent();
 
     CharacterQue &que_;
     int event_ = -1;

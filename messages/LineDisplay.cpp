@@ -119,10 +119,12 @@ void LineDisplay::startTitle(const QString &line)
 {
     finishTitle();
     isTitlePending_ = true;
-    titleThread_.start([this, line] {
+    const bool isStarted = titleThread_.start([this, line] {
         dispTitleThread(line);
         isTitlePending_ = false;
     });
+    if (!isStarted)
+        isTitlePending_ = false;
 }
 
 // Polls instead of joining at once: on the main thread a sleep of the clock keeps the window

@@ -69,11 +69,13 @@ void ScrollRun::show(StageMaker makeStage)
     // The run gives the claim back only after its starter has let go of the worker: the next
     // starter then has it to itself.
     const auto started = std::make_shared<std::latch>(1);
-    worker_.start([this, started, make = std::move(makeStage)] {
+    const bool isStarted = worker_.start([this, started, make = std::move(makeStage)] {
         started->wait();
         run(*make());
     });
     started->count_down();
+    if (!isStarted)
+        state_ = idle;
 }
 
 void ScrollRun::stop()

@@ -20,8 +20,9 @@ public:
     Worker(const Worker &) = delete;
     Worker &operator=(const Worker &) = delete;
 
-    /// Joins what ran before, then starts `body` on a new thread.
-    void start(std::function<void()> body);
+    /// Joins what ran before, then starts `body` on a new thread. False when the system has none
+    /// left.
+    bool start(std::function<void()> body);
 
     /// Waits for the thread's end; returns at once when none was started. Must not be called on
     /// the worker's own thread.
@@ -33,6 +34,8 @@ public:
     bool isCurrent() const { return id_ == std::this_thread::get_id(); }
 
 private:
+    void run(const std::function<void()> &body);
+
     Clock &clock_;
     std::mutex mutex_; ///< leaf: guards the two flags
     bool hasEnded_ = false;

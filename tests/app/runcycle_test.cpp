@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "app/RunCycle.h"
 #include "platform/SimulatedClock.h"
+#include "tests/support/NoPrivileges.h"
 
 #include <QTest>
 
@@ -100,6 +101,7 @@ private Q_SLOTS:
     void stopWhileReading_waitsForThatReadOnly();
     void stopWhenNothingRuns_doesNothing();
     void startWhileADisplayThreadLives_doesNothing();
+    void startWithoutAThread_leavesTheDisplayStopped();
     void readWhileAnotherReadRuns_doesNothing();
     void stopRead_waitsUntilTheReadHasEnded();
     void emptyList_readsOverAndOver();
@@ -163,6 +165,20 @@ void RunCycleTest::startWhileADisplayThreadLives_doesNothing()
     b.clock.sleepFor(1s);
     QCOMPARE(b.steps.takeNotes(), (Notes{"read", "readFinished", "start", "show 0"}));
     QVERIFY(!b.steps.overlapped_);
+    b.cycle.stopDispRSS();
+}
+
+void RunCycleTest::startWithoutAThread_leavesTheDisplayStopped()
+{
+    Bench b;
+    {
+        const NoMoreThreads noMoreThreads;
+        b.cycle.startDispRSS();
+    }
+    QCOMPARE(b.cycle.dispRSSState(), 0);
+    b.cycle.stopDispRSS(); // waits for nobody
+    b.cycle.startDispRSS();
+    QCOMPARE(b.cycle.dispRSSState(), 1);
     b.cycle.stopDispRSS();
 }
 

@@ -18,6 +18,7 @@ private Q_SLOTS:
     void lostPort_answersAtOnce();
     void fullQueue_goesOnOnceThereIsRoom();
     void fullQueue_burnsNoCore();
+    void receiveThreadThatEndedByItself_isFollowedByALivingOne();
     void endOfTheProgram_endsPolls();
     void answer_freesTheLine();
     void endOfTheProgram_oneSilentExchangeIsWaitedFor();
@@ -152,6 +153,34 @@ void SerialLossTest::fullQueue_burnsNoCore()
     QVERIFY(processSeconds() - before < 0.1);
     b.port.bufferClear();
     QTRY_COMPARE(b.port.bufferCount(), 12'000 - 8192);
+}
+
+// Waiting for the line and for the end fails where a process may have one descriptor only.
+void SerialLossTest::receiveThreadThatEndedByItself_isFollowedByALivingOne()
+{
+    SerialBench b;
+    DIR *threads = opendir("/proc/self/task");
+    const auto count = [threads] {
+        int entries = 0;
+        for (rewinddir(threads); readdir(threads) != nullptr;)
+            ++entries;
+        return entries;
+    };
+    const int withReceiver = count();
+    rlimit before{};
+    getrlimit(RLIMIT_NOFILE, &before);
+    const rlimit one{1, before.rlim_max};
+    setrlimit(RLIMIT_NOFILE, &one);
+    b.far.write("x"); // it looks up
+    const auto latest = steady_clock::now() + 10s;
+    while (count() == withReceiver && steady_clock::now() < latest)
+        std::this_thread::sleep_for(1ms);
+    setrlimit(RLIMIT_NOFILE, &before);
+    QVERIFY(count() < withReceiver);
+    closedir(threads);
+
+    QVERIFY(b.port.reopen());
+    b.arrive("alive");
 }
 
 void SerialLossTest::endOfTheProgram_endsPolls()

@@ -2,6 +2,7 @@
 #include "messages/ScrollRun.h"
 #include "platform/SimulatedClock.h"
 #include "platform/SystemClock.h"
+#include "tests/support/NoPrivileges.h"
 
 #include <QTest>
 
@@ -119,6 +120,7 @@ private Q_SLOTS:
     void stopOfNothingReturnsAtOnce();
     void quitEndsEverythingAtOnce();
     void nothingStartsAfterQuit();
+    void lineThatGetsNoThreadIsOver();
     void destructionStopsTheLine();
     void randomCallersNeverMeet();
 };
@@ -302,6 +304,22 @@ void ScrollRunTest::nothingStartsAfterQuit()
     run.show(stage(clock, notes, {}));
     QCOMPARE(run.state(), 0);
     QVERIFY(notes.acts().empty());
+}
+
+void ScrollRunTest::lineThatGetsNoThreadIsOver()
+{
+    SimulatedClock clock(someDay);
+    Notes notes(clock);
+    ScrollRun run(clock);
+    {
+        const NoMoreThreads noMoreThreads;
+        run.show(stage(clock, notes, {}));
+    }
+    QCOMPARE(run.state(), 0);
+    QVERIFY(notes.acts().empty());
+    run.show(stage(clock, notes, {}));
+    waitForEnd(run, clock);
+    QVERIFY(!notes.acts().empty());
 }
 
 void ScrollRunTest::destructionStopsTheLine()

@@ -2,6 +2,7 @@
 #include "platform/SimulatedClock.h"
 #include "platform/SystemClock.h"
 #include "platform/Worker.h"
+#include "tests/support/NoPrivileges.h"
 
 #include <QTest>
 
@@ -28,6 +29,24 @@ private Q_SLOTS:
         worker.join();
         QVERIFY(wasCurrent); // written before the join, so no race
         QVERIFY(!worker.isStarted());
+    }
+
+    void start_whenTheSystemHasNoThread_givesNo()
+    {
+        SimulatedClock clock({});
+        Worker worker(clock);
+        bool isStarted = true;
+        {
+            const NoMoreThreads noMoreThreads;
+            isStarted = worker.start([] {});
+        }
+        QVERIFY(!isStarted);
+        QVERIFY(!worker.isStarted());
+        QCOMPARE(clock.runningThreads(), 1); // simulated time goes on
+        bool hasRun = false;
+        QVERIFY(worker.start([&] { hasRun = true; }));
+        worker.join();
+        QVERIFY(hasRun);
     }
 
     void secondStart_waitsForTheFirst()
