@@ -32,19 +32,39 @@ std::optional<OpenFailure> SerialLine::open(const QByteArray &path, LineSettings
     descriptor_ = ::open(path.constData(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
     if (descriptor_ < 0)
         return OpenFailure{OpenFailure::Step::Open, errno};
-    const auto failure = claimAndConfigure(settings);
+    auto failure = claim();
+    if (!failure)
+        failure = configure(settings);
     if (failure)
         close();
     return failure;
 }
 
-std::optional<OpenFailure> SerialLine::claimAndConfigure(LineSettings &settings) const
+// TIOCEXCL does not keep the superuser out, the lock does (from those who ask for it). The lock
+// comes first: where another program holds it, that one's exclusive use is left as it is.
+std::optional<OpenFailure> SerialLine::claim()
 {
-    // TIOCEXCL does not keep the superuser out, the lock does (from those who ask for it).
-    if (ioctl(descriptor_, TIOCEXCL) != 0)
-        return OpenFailure{OpenFailure::Step::Claim, errno};
     if (flock(descriptor_, LOCK_EX | LOCK_NB) != 0)
         return OpenFailure{OpenFailure::Step::Claim, errno == EWOULDBLOCK ? EBUSY : errno};
+    if (ioctl(descriptor_, TIOCEXCL) != 0)
+        return OpenFailure{OpenFailure::Step::Claim, errno};
+    isClaimed_ = true;
+    return std::nullopt;
+}
+
+// A pseudo-terminal keeps the exclusive use as long as its far end lives, whoever closes it: then
+// only the superuser could open it again. A child that was just forked keeps the lock.
+void SerialLine::giveUpClaim()
+{
+    if (!isClaimed_)
+        return;
+    ioctl(descriptor_, TIOCNXCL);
+    flock(descriptor_, LOCK_UN);
+    isClaimed_ = false;
+}
+
+std::optional<OpenFailure> SerialLine::configure(LineSettings &settings) const
+{
     if (tcgetattr(descriptor_, &settings.record()) != 0)
         return OpenFailure{OpenFailure::Step::ReadSettings, errno};
     settings.makeRaw19200();
@@ -58,6 +78,7 @@ void SerialLine::close()
     // The system's own close would wait for a line that takes nothing, for half a minute.
     if (unsentBytes() > 0)
         tcflush(descriptor_, TCOFLUSH);
+    giveUpClaim();
     if (descriptor_ >= 0)
         ::close(descriptor_);
     descriptor_ = -1;

@@ -47,9 +47,12 @@ public:
     int unsentBytes() const;
 
 private:
-    std::optional<OpenFailure> claimAndConfigure(LineSettings &settings) const;
+    std::optional<OpenFailure> claim();
+    std::optional<OpenFailure> configure(LineSettings &settings) const;
+    void giveUpClaim();
 
     int descriptor_ = -1;
+    bool isClaimed_ = false;
 };
 
 } // namespace qovelmor

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "tests/board/SerialBench.h"
+#include "tests/support/NoPrivileges.h"
 #include "tests/support/StridingClock.h"
 
 #include <QTemporaryDir>
@@ -8,38 +9,11 @@
 #include <grp.h>
 #include <sys/ioctl.h>
 #include <sys/stat.h>
-#include <sys/syscall.h>
 
 using namespace qovelmor;
 using namespace std::chrono_literals;
 using namespace Qt::Literals::StringLiterals;
 using std::chrono::steady_clock;
-
-namespace {
-
-/// Takes the superuser's rights from the calling thread; others never have them.
-class NoPrivileges
-{
-public:
-    NoPrivileges() { become(nobody); }
-    ~NoPrivileges() { become(0); }
-    NoPrivileges(const NoPrivileges &) = delete;
-    NoPrivileges &operator=(const NoPrivileges &) = delete;
-
-private:
-    static constexpr uid_t nobody = 65534;
-
-    // The library's own call would change every thread.
-    void become(uid_t user) const
-    {
-        if (isSuperuser_ && syscall(SYS_setresuid, -1, user, -1) != 0)
-            qFatal("the user does not change");
-    }
-
-    const bool isSuperuser_ = geteuid() == 0;
-};
-
-} // namespace
 
 class CocoaSerialPortTest : public QObject
 {
@@ -55,6 +29,9 @@ private Q_SLOTS:
     void open_missingDevice_saysSo();
     void open_noTerminal_saysSo();
     void open_busyDevice_saysSo();
+    void open_busyDevice_leavesTheOthersClaim();
+    void reopen_withoutPrivileges();
+    void open_whenTheSystemHasNoThread_saysSo();
     void openFailureText_data();
     void openFailureText();
     void missingRight_namesTheGroup();
@@ -188,6 +165,55 @@ void CocoaSerialPortTest::open_busyDevice_saysSo()
     QVERIFY2(text.contains(b.far.path() + " - Device or resource busy(16).\n"), text.constData());
     QVERIFY(second.openProblem().endsWith(u"他のプログラムが使用中です。"_s));
     QVERIFY(b.port.sendString(u"still mine"_s));
+}
+
+// The superuser gets as far as the lock, and must not take the other program's exclusive use away.
+void CocoaSerialPortTest::open_busyDevice_leavesTheOthersClaim()
+{
+    SerialBench b;
+    QCOMPARE(::chmod(b.far.path().constData(), 0666), 0);
+    CocoaSerialPort second(b.clock, {}, listing({b.far.path()}));
+    const StdoutCapture quiet;
+    second.initForRS232();
+    QVERIFY(!second.openWithPortNumber(0));
+    const NoPrivileges noPrivileges;
+    QCOMPARE(::open(b.far.path().constData(), O_RDWR | O_NOCTTY | O_CLOEXEC), -1);
+    QCOMPARE(errno, EBUSY);
+}
+
+// A pseudo-terminal outlives who closes it, and so would the claim. The superuser gets past it.
+void CocoaSerialPortTest::reopen_withoutPrivileges()
+{
+    const PseudoTerminal far;
+    QCOMPARE(::chmod(far.path().constData(), 0666), 0);
+    const NoPrivileges noPrivileges;
+    SystemClock clock;
+    CocoaSerialPort port(clock, {}, listing({far.path()}));
+    const StdoutCapture quiet;
+    port.initForRS232();
+    QVERIFY(port.openWithPortNumber(0));
+    QVERIFY(port.reopen());
+    port.close();
+    QVERIFY(port.openWithPortNumber(0));
+}
+
+void CocoaSerialPortTest::open_whenTheSystemHasNoThread_saysSo()
+{
+    const PseudoTerminal far;
+    QCOMPARE(::chmod(far.path().constData(), 0666), 0);
+    SystemClock clock;
+    CocoaSerialPort port(clock, {}, listing({far.path()}));
+    StdoutCapture out;
+    port.initForRS232();
+    const int descriptors = openDescriptors();
+    {
+        const NoMoreThreads noMoreThreads;
+        QVERIFY(!port.openWithPortNumber(0));
+    }
+    QCOMPARE(openDescriptors(), descriptors);
+    QVERIFY(out.text().contains("Error opening serial port " + far.path() +
+                                " - Resource temporarily unavailable(11).\n"));
+    QVERIFY(port.openWithPortNumber(0));
 }
 
 void CocoaSerialPortTest::openFailureText_data()
