@@ -66,8 +66,11 @@ int BoardCommands::sc_data(const std::optional<QByteArray> &columns)
     if (lines.isEmpty())
         return 0;
     const auto turn = takeTurn();
-    for (qsizetype i = 0; i + 1 < lines.size(); ++i)
+    for (qsizetype i = 0; i + 1 < lines.size(); ++i) {
+        if (clock().sleepsEnded())
+            return -1; // the end of the program does not wait for a wide image
         voidFarmCommand(u"sc_data "_s + lines[i]);
+    }
     // Only the last line's answer is read.
     return intFarmCommand(u"sc_data "_s + lines.last());
 }

@@ -106,8 +106,11 @@ bool BoardExchange::openSerialPortWithNumber(int number)
     const auto port = std::make_shared<CocoaSerialPort>(clock_, limits_.port, lookup_, makeWire_);
     port->setMessageList(&reports_);
     port->setPortLoss(&reports_);
-    port->initForRS232();
+    // Devices that are named by hand need no look-up.
+    const bool isLookedUp = port->initForRS232();
     setSerial(port);
+    if (!isLookedUp && port->portCount() == 0)
+        return false;
     if (!port->openWithPortNumber(number))
         return false;
     port->attributes().setBaudRate(19200);
@@ -123,7 +126,7 @@ bool BoardExchange::comTest()
     const auto port = serial();
     if (!port || !port->isOpen())
         return false;
-    port->bufferClear();
+    dropArrivals(*port);
     port->sendString(farmLine(u"ver"_s));
     unread_.commandSent();
     const auto reply = port->receiveStringWhilein(0.1);
@@ -138,15 +141,21 @@ bool BoardExchange::sendString(const QString &text)
     // A line that has not taken one command keeps nobody waiting for each of the others.
     if (!port || isRefused_)
         return false;
-    const QByteArray arrived = port->takeArrivals(clock_.steadyNow());
+    dropArrivals(*port);
+    unread_.commandSent();
+    isRefused_ = !port->sendEffectiveString(text);
+    return !isRefused_;
+}
+
+// Answers that nobody read are dropped, but not unseen: they are no longer on their way.
+void BoardExchange::dropArrivals(CocoaSerialPort &port)
+{
+    const QByteArray arrived = port.takeArrivals(clock_.steadyNow());
     unread_.saw(arrived);
     // Behind a full queue there is more, which is noise: no answer is so long. It must not come out
     // after the question.
     if (arrived.size() >= CharacterQue::capacity)
-        port->discardUnread();
-    unread_.commandSent();
-    isRefused_ = !port->sendEffectiveString(text);
-    return !isRefused_;
+        port.discardUnread();
 }
 
 std::optional<QString> BoardExchange::receiveStringUntilOk(int skip)

@@ -89,6 +89,7 @@ protected:
 
 private:
     void setSerial(std::shared_ptr<CocoaSerialPort> port);
+    void dropArrivals(CocoaSerialPort &port);
     void sawReply(const std::optional<QString> &reply);
 
     Clock &clock_;

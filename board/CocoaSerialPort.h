@@ -133,6 +133,11 @@ public:
     /// All that has arrived, read as Shift_JIS; an empty text when nothing has. Does not wait.
     std::optional<QString> receiveString();
     std::optional<QString> receiveStringWhilein(double seconds);
+    /// Lets that much time pass, or less when a break is asked for; what arrives stays in the
+    /// queue. False when the program ends. Every rest of an exchange is one of these: a sleep of
+    /// the main thread would run what was posted to it, which may wait for a thread that waits for
+    /// the turn this exchange holds.
+    bool rest(Clock::Duration duration) const;
     /// Waits for `count` bytes, looking in steps of 0.1 s, then receiveString(). After `seconds`
     /// the log says so and what is there is given. The watch of 1.0 s is asked first on purpose:
     /// with 1.0 s or more it always ends the wait.

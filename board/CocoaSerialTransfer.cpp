@@ -105,6 +105,14 @@ void CocoaSerialPort::waitForBytes(Clock::SteadyTime deadline, int moreThan) con
     wire_->waitForBytes(deadline, [&](int count) { return count > moreThan || receiveBreak_; });
 }
 
+bool CocoaSerialPort::rest(Clock::Duration duration) const
+{
+    if (clock_.sleepsEnded())
+        return false;
+    waitForBytes(clock_.steadyNow() + duration, CharacterQue::capacity);
+    return !clock_.sleepsEnded();
+}
+
 QByteArray CocoaSerialPort::takeArrivals(Clock::SteadyTime deadline)
 {
     waitForBytes(deadline, 0);
@@ -123,7 +131,7 @@ quint8 CocoaSerialPort::receiveChar()
             watchBroke(u"CocoaSerialPort:receiveChar"_s);
             return 0;
         }
-        if (!clock_.sleepFor(limits_.pollStep))
+        if (!rest(limits_.pollStep))
             return 0; // the program ends
     }
     const quint8 byte = que_.getChar();
@@ -187,7 +195,9 @@ std::optional<QString> CocoaSerialPort::receiveStringWhilein(double duration)
 {
     if (isLost())
         return std::nullopt;
-    clock_.sleepFor(seconds(duration));
+    rest(seconds(duration));
+    if (takeBreak())
+        return std::nullopt;
     return receiveString();
 }
 
@@ -202,7 +212,7 @@ std::optional<QString> CocoaSerialPort::receiveStringMorethan(int count, double 
             watchBroke(u"CocoaSerialPort:receiveStringMorethan"_s);
             return std::nullopt;
         }
-        if (!clock_.sleepFor(limits_.pollStep))
+        if (!rest(limits_.pollStep))
             return std::nullopt; // the program ends
         if (patience.isOver()) {
             if (msgList_ != nullptr)

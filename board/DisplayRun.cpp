@@ -116,11 +116,13 @@ void DisplayRun::startWorker()
 {
     // The run waits until its thread is stored: the next one may be started once it has ended.
     std::promise<void> stored;
-    worker_.start([this, ready = stored.get_future().share()] {
+    const bool isStarted = worker_.start([this, ready = stored.get_future().share()] {
         ready.wait();
         run(request_);
     });
     stored.set_value();
+    if (!isStarted)
+        endRun();
 }
 
 void DisplayRun::showThread()
@@ -270,6 +272,8 @@ void DisplayRun::standingRun(const QByteArray &data)
     const QByteArray columns = wholePairs(data);
     const Watch watch(clock_, limits_.standingWatch);
     while (!board_.isPortLost() && board_.sc_data(columns) < 0) {
+        if (clock_.sleepsEnded())
+            break; // cut short, not refused
         if (log_ != nullptr)
             log_->writeStringLog(u"VelmorSystem:showThread:sc_data error3"_s);
         if (watch.isOver()) {
@@ -287,6 +291,8 @@ void DisplayRun::sendBufferBitmap(const VelmorBitmap &bitmap)
     const Watch watch(clock_, limits_.standingWatch);
     const QByteArray columns = wholePairs(columnWords(bitmap, intel()));
     while (!board_.isPortLost() && board_.sc_data(columns) < 0) {
+        if (clock_.sleepsEnded())
+            return;
         systemLog(logBoard(), u"sendBufferBitmap:sc_data: error"_s);
         if (watch.isOver()) {
             watchBroke("VelmorSystem:sendBufferBitmap");

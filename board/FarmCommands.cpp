@@ -109,8 +109,9 @@ std::optional<QString> FarmCommands::originalFarmCommandWithDuring(const QString
     const auto turn = takeTurn();
     settle();
     subFarmCommand(name, -1);
-    clock().sleepFor(
-        std::chrono::duration_cast<Clock::Duration>(std::chrono::duration<double>(seconds)));
+    if (const auto port = serial())
+        port->rest(
+            std::chrono::duration_cast<Clock::Duration>(std::chrono::duration<double>(seconds)));
     return originalFarmResult(name);
 }
 

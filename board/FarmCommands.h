@@ -49,7 +49,7 @@ public:
     std::optional<QByteArray> dataRRFarmCommand(const QString &name, int skip = 0);
     /// The raw reply.
     std::optional<QString> originalFarmCommand(const QString &name, int argument = -1);
-    /// Sleeps that long between the command and its reply.
+    /// Lets that much time pass between the command and its reply.
     std::optional<QString> originalFarmCommandWithDuring(const QString &name, double seconds);
 
     // Readers of replies. ------------------------------------------------------------------------

@@ -6,6 +6,7 @@
 #include "board/needs/BoardSettings.h"
 
 #include <algorithm>
+#include <cstdint>
 
 namespace qovelmor {
 
@@ -71,9 +72,13 @@ QString VelmorSystem::presentDateString() const
     return qovelmor::presentDateString(date());
 }
 
+// A count that is unknown, or that no image is wide enough for, leaves the image at the board's
+// edge.
 VelmorSystem::Image VelmorSystem::centred(const VelmorBitmap &image, int modules) const
 {
-    const double gap = (modules * VelmorBitmap::dotsPerModule - image.width()) * 0.5;
+    const std::int64_t columns = std::int64_t{modules} * VelmorBitmap::dotsPerModule;
+    const bool isKnown = columns >= 0 && columns <= VelmorBitmap::maxWidth;
+    const double gap = isKnown ? (static_cast<double>(columns) - image.width()) * 0.5 : 0.0;
     auto whole = std::make_shared<VelmorBitmap>();
     whole->spaceWidth(std::max(static_cast<int>(gap), 0)); // wider than the board: from its edge
     whole->appendBitmap(image);

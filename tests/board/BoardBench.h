@@ -12,7 +12,21 @@
 
 namespace qovelmor {
 
-/// Limits that a test can wait for, in the proportions of the real ones.
+/// Where no time-out must be met, however late the board's thread gets to run. A quiet board owes
+/// no answer, so nothing is gained by waiting long for one.
+inline BoardLimits patientBoardLimits(ScriptedBoard::Kind kind = ScriptedBoard::Kind::Talkative)
+{
+    using namespace std::chrono_literals;
+    return {.port = {.receiveWatch = 20s,
+                     .receiveStringWatch = 20s,
+                     .pollStep = 20ms,
+                     .sendSlack = 20s},
+            .settle = {.most = kind == ScriptedBoard::Kind::Quiet ? 100ms : 5000ms},
+            .run = {.step = 20ms, .roomWatch = 20s, .scrollEndWatch = 20s, .standingWatch = 20s}};
+}
+
+/// Where time-outs are the subject: limits that a test can wait for, in the proportions of the real
+/// ones.
 inline BoardLimits shortBoardLimits()
 {
     using namespace std::chrono_literals;
@@ -35,8 +49,15 @@ public:
 /// A board link on a pseudo-terminal with a scripted board at its far end, opened and greeted.
 struct BoardBench
 {
-    explicit BoardBench(ScriptedBoard::Manner manner = {}, BoardLimits limits = shortBoardLimits())
-        : far(manner), system(clock, limits, [path = far.path()](SerialDeviceType) {
+    explicit BoardBench(ScriptedBoard::Manner manner = {})
+        : BoardBench(manner, patientBoardLimits(manner.kind))
+    {}
+    /// With a main thread, which is the thread that makes this, its sleeps run what is posted to
+    /// it.
+    BoardBench(ScriptedBoard::Manner manner, BoardLimits limits, MainThread *mainThread = nullptr)
+        : clock(mainThread)
+        , far(manner)
+        , system(clock, limits, [path = far.path()](SerialDeviceType) {
             return SerialLookup{0, false, {path}};
         })
     {

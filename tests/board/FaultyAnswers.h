@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "tests/board/SimulatedWire.h"
+
 #include <QByteArray>
 #include <QList>
 
@@ -35,12 +37,7 @@ public:
     };
     static constexpr auto faultCount = static_cast<std::size_t>(Fault::Count);
 
-    /// Some bytes, sent so long after the ones before.
-    struct Piece
-    {
-        QByteArray bytes;
-        std::chrono::milliseconds after{0};
-    };
+    using Piece = SimulatedWire::Piece;
 
     /// `faultsIn10000` commands of 10,000 meet a fault; a late answer comes after `tooLate`.
     FaultyAnswers(unsigned seed, unsigned faultsIn10000, std::chrono::milliseconds tooLate)

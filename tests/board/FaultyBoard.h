@@ -8,7 +8,7 @@
 
 namespace qovelmor {
 
-/// The far end of a pseudo-terminal that gives such answers, in real time.
+/// The far end of a pseudo-terminal that gives faulty answers, in real time.
 class FaultyBoard
 {
 public:

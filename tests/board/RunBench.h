@@ -53,13 +53,23 @@ struct LiveBoard
     }
 };
 
+/// Patient limits but for the run's own.
+inline BoardLimits withRunLimits(RunLimits run)
+{
+    BoardLimits limits = patientBoardLimits();
+    limits.run = run;
+    return limits;
+}
+
 /// A board link whose run a test drives.
 struct RunBench : BoardBench
 {
     using Lines = QList<QByteArray>;
 
-    explicit RunBench(ScriptedBoard::Manner manner = {}, BoardLimits limits = shortBoardLimits())
-        : BoardBench(manner, limits)
+    explicit RunBench(ScriptedBoard::Manner manner = {})
+        : RunBench(manner, patientBoardLimits(manner.kind))
+    {}
+    RunBench(ScriptedBoard::Manner manner, BoardLimits limits) : BoardBench(manner, limits)
     {
         far.setScript(live.script());
         system.setScroll(true);

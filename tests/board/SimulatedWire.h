@@ -3,7 +3,8 @@
 
 #include "board/CharacterQue.h"
 #include "board/SerialWire.h"
-#include "tests/board/FaultyAnswers.h"
+
+#include <QList>
 
 #include <algorithm>
 #include <deque>
@@ -11,12 +12,21 @@
 namespace qovelmor {
 
 /// A line of 19200 baud with a board at its far end that exists in simulated time only: whoever
-/// waits for bytes moves the clock to the moment when the next ones arrive. One thread.
+/// waits for bytes moves the clock to the moment when the next ones arrive. Not locked.
 class SimulatedWire final : public SerialWire
 {
 public:
-    SimulatedWire(Clock &clock, CharacterQue &que, FaultyAnswers &answers)
-        : clock_(clock), que_(que), answers_(answers)
+    /// Some bytes, sent so long after the ones before.
+    struct Piece
+    {
+        QByteArray bytes;
+        std::chrono::milliseconds after{0};
+    };
+    /// What the board sends for a command line, which comes without its carriage return.
+    using Script = std::function<QList<Piece>(const QByteArray &line)>;
+
+    SimulatedWire(Clock &clock, CharacterQue &que, Script script)
+        : clock_(clock), que_(que), script_(std::move(script))
     {}
 
     /// When the last byte of what has been answered will have arrived.
@@ -38,7 +48,7 @@ public:
         pending_ += bytes;
         for (qsizetype end = pending_.indexOf('\r'); end >= 0; end = pending_.indexOf('\r')) {
             farFreeAt_ += lineTime(end + 1);
-            for (FaultyAnswers::Piece &piece : answers_.answer(pending_.first(end))) {
+            for (Piece &piece : script_(pending_.first(end))) {
                 farFreeAt_ += piece.after + lineTime(piece.bytes.size());
                 arrivals_.push_back({farFreeAt_, std::move(piece.bytes)});
             }
@@ -93,7 +103,7 @@ private:
 
     Clock &clock_;
     CharacterQue &que_;
-    FaultyAnswers &answers_;
+    Script script_;
     QByteArray pending_;
     Clock::SteadyTime farFreeAt_{};
     std::deque<Arrival> arrivals_;

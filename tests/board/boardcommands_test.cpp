@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "tests/board/BoardBench.h"
+#include "tests/board/WireBench.h"
 
 #include <QRegularExpression>
 
@@ -208,6 +209,7 @@ private Q_SLOTS:
     void scData_sendsSixteenColumnsToALine();
     void scData_readsTheLastAnswerOnly();
     void scData_ofAbsentAndEmptyData();
+    void scData_atTheEndOfTheProgram_leavesTheRest();
     void help_isReadAfterASecond();
     void bright_isRemembered();
     void noReply_data();
@@ -262,13 +264,13 @@ void BoardCommandsTest::orders_sendTheirLine()
 
 void BoardCommandsTest::romQuestions_waitForTheSecondMark()
 {
-    BoardBench b;
-    b.far.setScript([](const QByteArray &) { return "D sum 1\r\nOk.\r\n"; });
+    WireBench b;
+    b.setScript([](const QByteArray &) { return "D sum 1\r\nOk.\r\n"; });
     QCOMPARE(b.system.rom_check(), std::optional(u"sum 1"_s));
     QCOMPARE(b.system.rom_cread(), std::optional(u"sum 1"_s));
-    QCOMPARE(b.far.takeLines(), (QList<QByteArray>{"rom_check", "rom_cread"}));
+    QCOMPARE(b.takeLines(), (QList<QByteArray>{"rom_check", "rom_cread"}));
 
-    b.far.setScript([](const QByteArray &) { return "D sum 1\r\n"; }); // one mark only
+    b.setScript([](const QByteArray &) { return "D sum 1\r\n"; }); // one mark only
     QCOMPARE(b.system.rom_check(), std::nullopt);
 }
 
@@ -304,16 +306,26 @@ void BoardCommandsTest::scData_ofAbsentAndEmptyData()
     QVERIFY(b.linesSoFar().isEmpty());
 }
 
-void BoardCommandsTest::help_isReadAfterASecond()
+// An image as wide as a board can lie itself to be takes half a minute on the line.
+void BoardCommandsTest::scData_atTheEndOfTheProgram_leavesTheRest()
 {
     BoardBench b;
-    b.far.setScript([](const QByteArray &) { return "V echo [n]\r\nV ver\r\n"; });
-    const auto start = std::chrono::steady_clock::now();
-    QCOMPARE(b.system.h(), std::optional(u"help\r\necho [n]\r\nver\r"_s));
-    QVERIFY(std::chrono::steady_clock::now() - start >= 1s);
-    QCOMPARE(b.far.takeLines(), QList<QByteArray>{"help"});
+    b.clock.endSleeps();
+    QCOMPARE(b.system.sc_data(QByteArray(64, '\1')), -1);
+    QCOMPARE(b.system.sc_data(QByteArray(32, '\1')), 256); // one line is one exchange
+    QCOMPARE(b.far.takeLines(), QList<QByteArray>{"sc_data " + QByteArray("0101 ").repeated(16)});
+}
 
-    b.far.setScript([](const QByteArray &) { return std::nullopt; });
+void BoardCommandsTest::help_isReadAfterASecond()
+{
+    WireBench b;
+    b.setScript([](const QByteArray &) { return "V echo [n]\r\nV ver\r\n"; });
+    const auto start = b.clock.steadyNow();
+    QCOMPARE(b.system.h(), std::optional(u"help\r\necho [n]\r\nver\r"_s));
+    QVERIFY(b.clock.steadyNow() - start >= 1s);
+    QCOMPARE(b.takeLines(), QList<QByteArray>{"help"});
+
+    b.setScript([](const QByteArray &) { return std::nullopt; });
     QCOMPARE(b.system.help(), std::nullopt);
     QCOMPARE(b.log.lines(), QStringList(u"watch CocoaSerialPort:receiveStringMorethan"_s));
 }
@@ -343,8 +355,8 @@ void BoardCommandsTest::noReply()
 {
     QFETCH(int, operation);
     QFETCH(QString, value);
-    BoardBench b;
-    b.far.setScript([](const QByteArray &) { return std::nullopt; });
+    WireBench b;
+    b.setScript([](const QByteArray &) { return std::nullopt; });
     const QList<Call> calls{asking([](VelmorSystem &s) { return s.sc_data(); }),
                             asking([](VelmorSystem &s) { return s.cmodule(); }),
                             asking([](VelmorSystem &s) { return s.ver(); }),
@@ -355,7 +367,7 @@ void BoardCommandsTest::noReply()
     QCOMPARE(b.log.lines(), QStringList(u"watch CocoaSerialPort:receiveStringUntilEOSWithSkip"_s));
     QVERIFY(b.system.isPortOpen()); // opened again
 
-    b.far.setScript(ScriptedBoard::defaultAnswer);
+    b.setScript(ScriptedBoard::defaultAnswer);
     QCOMPARE(b.system.sc_data(), 256);
 }
 

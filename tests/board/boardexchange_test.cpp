@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: MIT
+#include "platform/QueueMainThread.h"
 #include "tests/board/BoardBench.h"
+#include "tests/board/WireBench.h"
 #include "tests/support/StridingClock.h"
+
+#include <QScopeGuard>
 
 #include <future>
 #include <random>
@@ -17,10 +21,15 @@ class BoardExchangeTest : public QObject
 private Q_SLOTS:
     void open_greetsTheBoard();
     void open_failure_holdsTheUnopenedPort();
+    void open_whenTheLookupFails_takesANamedDevice();
+    void open_whenTheLookupFailsAndNoneIsNamed_givesNo();
     void open_another_closesTheFirst();
     void withoutAPort_nothingAnswers();
     void comTest_anyAnswerCounts();
     void comTest_silence();
+    void comTest_countsTheAnswersItDrops();
+    void exchangeOnTheMainThread_runsNoEvents_data();
+    void exchangeOnTheMainThread_runsNoEvents();
     void framing_integerAndText();
     void framing_dataInLinesOfSixteenWords();
     void questions_readByKey();
@@ -43,7 +52,7 @@ void BoardExchangeTest::open_greetsTheBoard()
 {
     SystemClock clock;
     ScriptedBoard far;
-    VelmorSystem system(clock, shortBoardLimits(), [&far](SerialDeviceType) {
+    VelmorSystem system(clock, patientBoardLimits(), [&far](SerialDeviceType) {
         return SerialLookup{0, false, {"/nowhere/tty", far.path()}};
     });
     StdoutCapture quiet;
@@ -75,12 +84,38 @@ void BoardExchangeTest::open_failure_holdsTheUnopenedPort()
     QVERIFY(log.lines().isEmpty()); // it never opened: neither time-outs nor an alert
 }
 
+void BoardExchangeTest::open_whenTheLookupFails_takesANamedDevice()
+{
+    SystemClock clock;
+    ScriptedBoard far;
+    VelmorSystem system(clock, patientBoardLimits(), [&far](SerialDeviceType) {
+        return SerialLookup{-19, true, {far.path()}};
+    });
+    const StdoutCapture quiet;
+    QVERIFY(system.openSerialPortWithNumber(0));
+    QVERIFY(system.ver().has_value());
+}
+
+void BoardExchangeTest::open_whenTheLookupFailsAndNoneIsNamed_givesNo()
+{
+    SystemClock clock;
+    VelmorSystem system(clock, patientBoardLimits(), [](SerialDeviceType) {
+        return SerialLookup{-19, true, {}};
+    });
+    StdoutCapture out;
+    QVERIFY(!system.openSerialPortWithNumber(0));
+    QCOMPARE(out.text(),
+             "IOServiceMatching returned a NULL dictionary."_ba); // and no path is tried
+    QVERIFY(system.serial() != nullptr);
+    QVERIFY(!system.isLost());
+}
+
 void BoardExchangeTest::open_another_closesTheFirst()
 {
     SystemClock clock;
     ScriptedBoard first;
     ScriptedBoard second;
-    VelmorSystem system(clock, shortBoardLimits(), [&](SerialDeviceType) {
+    VelmorSystem system(clock, patientBoardLimits(), [&](SerialDeviceType) {
         return SerialLookup{0, false, {first.path(), second.path()}};
     });
     StdoutCapture quiet;
@@ -110,24 +145,80 @@ void BoardExchangeTest::withoutAPort_nothingAnswers()
 
 void BoardExchangeTest::comTest_anyAnswerCounts()
 {
-    BoardBench b;
+    WireBench b;
     QVERIFY(b.system.comTest());
-    QCOMPARE(b.far.takeLines(), QList<QByteArray>{"ver"});
-    b.far.setScript([](const QByteArray &) { return "E -4 unknown\r\n"; });
+    QCOMPARE(b.takeLines(), QList<QByteArray>{"ver"});
+    b.setScript([](const QByteArray &) { return "E -4 unknown\r\n"; });
     QVERIFY(b.system.comTest());
 }
 
 void BoardExchangeTest::comTest_silence()
 {
-    BoardBench b;
-    b.far.setScript([](const QByteArray &) { return std::nullopt; });
-    b.system.ver(); // whatever was on its way has been dropped
-    b.log.takeLines();
-    const auto start = steady_clock::now();
+    WireBench b;
+    b.letAllArrive();
+    b.setScript([](const QByteArray &) { return std::nullopt; });
+    const auto start = b.clock.steadyNow();
     QVERIFY(!b.system.comTest());
-    QVERIFY(steady_clock::now() - start >= 100ms);
+    QVERIFY(b.clock.steadyNow() - start >= 100ms);
+    QVERIFY(b.clock.steadyNow() - start < 110ms);
     QVERIFY(b.log.lines().isEmpty());
     QVERIFY(b.system.isPortOpen());
+}
+
+// The answers that it throws away were heard: the next question does not wait for them, and the
+// board still counts as one that answers orders.
+void BoardExchangeTest::comTest_countsTheAnswersItDrops()
+{
+    WireBench b;
+    b.system.sc_clear();
+    b.letAllArrive();
+    QVERIFY(b.system.comTest());
+    const auto start = b.clock.steadyNow();
+    b.system.settle();
+    QVERIFY(b.clock.steadyNow() - start < BoardLimits().settle.silence);
+}
+
+void BoardExchangeTest::exchangeOnTheMainThread_runsNoEvents_data()
+{
+    using Exchange = std::function<void(VelmorSystem &)>;
+    QTest::addColumn<Exchange>("exchange");
+    QTest::newRow("test of the line") << Exchange([](VelmorSystem &s) { s.comTest(); });
+    QTest::newRow("help") << Exchange([](VelmorSystem &s) { s.help(); });
+    QTest::newRow("raw reply") << Exchange(
+        [](VelmorSystem &s) { s.originalFarmCommand(u"ver"_s); });
+    QTest::newRow("single byte") << Exchange([](VelmorSystem &s) {
+        const auto turn = s.takeTurn();
+        s.serial()->bufferClear();
+        s.serial()->receiveChar();
+    });
+}
+
+// A posted call may stop the run, and the run may wait for the turn: run within the exchange that
+// holds the turn, it would wait for ever.
+void BoardExchangeTest::exchangeOnTheMainThread_runsNoEvents()
+{
+    QFETCH(std::function<void(VelmorSystem &)>, exchange);
+    BoardLimits limits = patientBoardLimits();
+    limits.port.receiveWatch = 500ms;
+    QueueMainThread mainThread;
+    BoardBench b({}, limits, &mainThread);
+    std::atomic<bool> stop = false;
+    auto run = std::async(std::launch::async, [&] {
+        while (!stop) {
+            b.system.sc_mode();
+            std::this_thread::sleep_for(1ms); // lets another thread have its turn
+        }
+    });
+    const auto endRun = qScopeGuard([&stop] { stop = true; });
+    QVERIFY(b.waitForLine("sc_mode"));
+    bool hasEnded = false;
+    mainThread.post([&] {
+        stop = true;
+        hasEnded = run.wait_for(10s) == std::future_status::ready;
+    });
+    exchange(b.system);
+    mainThread.drain();
+    QVERIFY(hasEnded);
 }
 
 void BoardExchangeTest::framing_integerAndText()
@@ -230,7 +321,7 @@ void BoardExchangeTest::lateAnswerOfAnOrder_isNotTheQuestions()
 
 void BoardExchangeTest::settle_waitsLittleForASilentBoard()
 {
-    BoardBench b({.kind = ScriptedBoard::Kind::Quiet});
+    BoardBench b({.kind = ScriptedBoard::Kind::Quiet}, shortBoardLimits());
     b.system.sc_mode();
     const auto start = steady_clock::now();
     for (int round = 0; round < 5; ++round) {
@@ -244,7 +335,7 @@ void BoardExchangeTest::settle_waitsLittleForASilentBoard()
 
 void BoardExchangeTest::settle_isBoundedOnALineThatNeverFallsSilent()
 {
-    BoardBench b({.kind = ScriptedBoard::Kind::Quiet});
+    BoardBench b({.kind = ScriptedBoard::Kind::Quiet}, shortBoardLimits());
     std::atomic<bool> stop = false;
     std::thread noise([&] {
         while (!stop) {
@@ -325,7 +416,7 @@ void BoardExchangeTest::exchangesOfManyThreads_areWhole()
 
 void BoardExchangeTest::lostPort_isToldOnceAndAfterTheExchange()
 {
-    BoardBench b;
+    BoardBench b({}, shortBoardLimits());
     b.far.hangUp();
     StdoutCapture quiet;
     std::vector<std::thread> threads;
@@ -380,7 +471,7 @@ void BoardExchangeTest::lostPort_isToldWithoutTheLock()
         std::promise<void> hasAnswer_;
         std::thread asker_;
     };
-    BoardBench b;
+    BoardBench b({}, shortBoardLimits());
     AskingListener listener(b.system);
     b.system.setPortLoss(&listener);
     b.far.hangUp();
@@ -427,7 +518,7 @@ void BoardExchangeTest::anyReply_isBoundedAndHarmless()
 // The image of a wide board is many lines; each of them waiting for room would take a minute.
 void BoardExchangeTest::lineThatTakesNothing_keepsAnExchangeWaitingOnce()
 {
-    BoardBench b;
+    BoardBench b({}, shortBoardLimits());
     b.far.stopReading();
     b.system.serial()->attributes().setBaudRate(921600); // that many bytes would need seconds
     for (const int size : {2000, 1}) {

@@ -181,7 +181,7 @@ void DisplayRunTest::room_atEachLimit()
 
 void DisplayRunTest::noRoom_clearsAndGoesOn()
 {
-    RunBench b;
+    RunBench b({}, withRunLimits(shortBoardLimits().run));
     b.live.room = 0;
     b.start(32);
     QTRY_VERIFY(b.far.lines().contains(dataLine(16, 31)));
@@ -213,7 +213,7 @@ void DisplayRunTest::scrollEnd_waitsForModeOneOrTheSecondZero()
 
 void DisplayRunTest::scrollEnd_watch()
 {
-    RunBench b;
+    RunBench b({}, withRunLimits(shortBoardLimits().run));
     b.live.mode = 2;
     b.start(16);
     QVERIFY(b.waitForEnd());
@@ -223,7 +223,7 @@ void DisplayRunTest::scrollEnd_watch()
 
 void DisplayRunTest::refusedStandingImage_isTriedUntilTheWatch()
 {
-    RunBench b;
+    RunBench b({}, withRunLimits(shortBoardLimits().run));
     b.system.setScroll(false);
     b.live.taken = -1;
     b.start(16);
@@ -239,7 +239,7 @@ void DisplayRunTest::refusedStandingImage_isTriedUntilTheWatch()
 
 void DisplayRunTest::refusedBufferImage_isTriedUntilTheWatch()
 {
-    RunBench b;
+    RunBench b({}, withRunLimits(shortBoardLimits().run));
     b.live.taken = -1;
     // How often depends on the machine, but each refusal is said.
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"^sendBufferBitmap:sc_data: error$"_s));

@@ -35,7 +35,7 @@ private Q_SLOTS:
 
 void DisplayRunControlTest::silentBoard_neverHangsACancel()
 {
-    RunBench b;
+    RunBench b({}, shortBoardLimits());
     b.live.silent = true;
     b.start(64);
     QTRY_VERIFY(!b.log.lines().isEmpty());
@@ -240,7 +240,7 @@ void DisplayRunControlTest::cancel_whilePiecesAreRefused()
 // A standing run does not look at its state: what is asked meanwhile counts when it is over.
 void DisplayRunControlTest::cancel_ofAStandingRun_doesNotCutItOff()
 {
-    RunBench b;
+    RunBench b({}, withRunLimits(shortBoardLimits().run));
     b.system.setScroll(false);
     b.live.taken = -1;
     b.start(16);

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "tests/board/RunBench.h"
+#include "tests/support/NoPrivileges.h"
 
 #include <random>
 
@@ -18,6 +19,7 @@ private Q_SLOTS:
     void closedPort_holdsTheRun();
     void endOfTheProgram_endsTheRun_data();
     void endOfTheProgram_endsTheRun();
+    void runThatGetsNoThread_hasEnded();
     void destruction_endsARun();
     void randomCommands_leaveNothingBehind();
 };
@@ -34,7 +36,7 @@ void DisplayRunEndTest::lostPort_endsARun_data()
 void DisplayRunEndTest::lostPort_endsARun()
 {
     QFETCH(QString, when);
-    RunBench b;
+    RunBench b({}, shortBoardLimits());
     b.live.room = when == u"end"_s ? 256 : 0;
     b.live.mode = 2;
     b.live.taken = when == u"standing"_s ? -1 : 256;
@@ -62,7 +64,7 @@ void DisplayRunEndTest::lostPort_endsARun()
 
 void DisplayRunEndTest::closedPort_holdsTheRun()
 {
-    RunBench b;
+    RunBench b({}, shortBoardLimits());
     b.live.room = 0;
     b.start(32);
     QTRY_VERIFY(b.count("sc_data") >= 1);
@@ -88,7 +90,7 @@ void DisplayRunEndTest::endOfTheProgram_endsTheRun_data()
 void DisplayRunEndTest::endOfTheProgram_endsTheRun()
 {
     QFETCH(bool, pausedRun);
-    RunBench b;
+    RunBench b({}, shortBoardLimits());
     b.live.room = 0;
     b.start(32);
     QTRY_VERIFY(b.count("sc_data") >= 1);
@@ -100,6 +102,19 @@ void DisplayRunEndTest::endOfTheProgram_endsTheRun()
     QVERIFY(b.waitForEnd());
     QVERIFY(steady_clock::now() - start < 2s);
     QTRY_VERIFY(b.far.lines().contains("sc_end 0"));
+}
+
+void DisplayRunEndTest::runThatGetsNoThread_hasEnded()
+{
+    RunBench b;
+    {
+        const NoMoreThreads noMoreThreads;
+        b.start(16);
+    }
+    QCOMPARE(b.system.showStatus(), 0);
+    b.start(16);
+    QVERIFY(b.waitForEnd());
+    QCOMPARE(b.count("sc_scroll"), 1);
 }
 
 void DisplayRunEndTest::destruction_endsARun()
@@ -124,7 +139,7 @@ void DisplayRunEndTest::randomCommands_leaveNothingBehind()
 {
     const unsigned seed = std::random_device{}();
     qInfo("seed %u", seed);
-    RunBench b;
+    RunBench b({}, withRunLimits(shortBoardLimits().run));
     std::vector<std::thread> threads;
     for (unsigned t = 0; t < 3; ++t) {
         threads.emplace_back([&b, seed, t] {

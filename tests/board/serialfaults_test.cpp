@@ -4,13 +4,11 @@
 // through all that. A share runs with
 // every test; QOVELMOR_LONG=1 runs the whole. QOVELMOR_SEED repeats a run.
 #include "board/ColumnWords.h"
-#include "platform/SimulatedClock.h"
 #include "tests/board/FaultyBoard.h"
 #include "tests/board/RunBench.h"
 #include "tests/board/SerialBench.h"
-#include "tests/board/SimulatedWire.h"
+#include "tests/board/WireBench.h"
 
-#include <QScopeGuard>
 #include <QTemporaryDir>
 
 #include <numeric>
@@ -93,8 +91,8 @@ private Q_SLOTS:
     void initTestCase();
     void unplugs();
     void exchanges();
-    void exchangesInSimulatedTime_data();
     void exchangesInSimulatedTime();
+    void oldAnswerBehindAFullQueue_isNotTheQuestions();
     void linesOfText();
 
 private:
@@ -107,6 +105,7 @@ private:
 
     struct Conversation
     {
+        unsigned seed;
         int count;
         Clock &clock;
         const FaultyAnswers &answers;
@@ -238,7 +237,7 @@ void SerialFaultsTest::unplugs()
 // fallen quiet the next one is right.
 void SerialFaultsTest::exchange(VelmorSystem &system, const Conversation &with)
 {
-    std::mt19937 random(seed_ + 1);
+    std::mt19937 random(with.seed);
     int right = 0;
     int wrong = 0;
     int unanswered = 0;
@@ -311,56 +310,44 @@ void SerialFaultsTest::exchanges()
     const auto letAllArrive = [&far](int sent) {
         return QTest::qWaitFor([&] { return far.answered() >= sent; }, 10'000);
     };
-    exchange(system,
-             {isWhole_ ? 20'000 : 3'000, clock, far.answers(), limits, bound, letAllArrive});
+    exchange(system, {seed_ + 1, isWhole_ ? 20'000 : 3'000, clock, far.answers(), limits, bound,
+                      letAllArrive});
     QVERIFY(log.lines().filter(u"lost "_s).isEmpty());
     QCOMPARE(openDescriptors(), descriptors);
 }
 
 // The same with the limits of a real board, on a line that takes no real time: its far end is
 // simulated as well, so each exchange is over within limits that no busy machine moves.
-void SerialFaultsTest::exchangesInSimulatedTime_data()
-{
-    QTest::addColumn<unsigned>("seed");
-    QTest::newRow("this run's seed") << seed_;
-    // More noise than the queue holds, behind it an answer that nobody has read.
-    QTest::newRow("an old answer behind a full queue") << 5U;
-}
 void SerialFaultsTest::exchangesInSimulatedTime()
 {
-    QFETCH(unsigned, seed);
-    const unsigned seedOfTheRun = std::exchange(seed_, seed);
-    const auto giveBack = qScopeGuard([&] { seed_ = seedOfTheRun; });
-    SimulatedClock clock{Clock::CalendarTime(1'795'230'000s)};
-    RecordingLog log;
     const BoardLimits limits;
     FaultyAnswers answers(seed_, 100, limits.port.receiveWatch + 20ms);
-    const SimulatedWire *wire = nullptr;
-    VelmorSystem system(clock, limits, [](SerialDeviceType) {
-        return SerialLookup{0, false, {"/dev/board"}};
-    });
-    system.setWire([&](Clock &ticks, CharacterQue &que) {
-        auto made = std::make_unique<SimulatedWire>(ticks, que, answers);
-        wire = made.get();
-        return made;
-    });
-    system.setMessageList(&log);
-    system.setPortLoss(&log);
-    {
-        StdoutCapture quiet;
-        QVERIFY(system.openSerialPortWithNumber(0));
-    }
-    const auto letAllArrive = [&](int) {
-        clock.sleepUntil(wire->quietAt());
+    WireBench b([&answers](const QByteArray &line) { return answers.answer(line); });
+    const auto letAllArrive = [&b](int) {
+        b.letAllArrive();
         return true;
     };
     // Its time-out, what it waits for before it, and the time that its bytes need.
     const auto most = limits.port.receiveWatch + limits.settle.most + 100ms;
-    const auto start = clock.steadyNow();
-    exchange(system, {200'000, clock, answers, limits, most, letAllArrive});
+    const auto start = b.clock.steadyNow();
+    exchange(b.system, {seed_ + 1, 200'000, b.clock, answers, limits, most, letAllArrive});
     qInfo("%.0f minutes of simulated time",
-          std::chrono::duration<double, std::ratio<60>>(clock.steadyNow() - start).count());
-    QVERIFY(log.lines().filter(u"lost "_s).isEmpty());
+          std::chrono::duration<double, std::ratio<60>>(b.clock.steadyNow() - start).count());
+    QVERIFY(b.log.lines().filter(u"lost "_s).isEmpty());
+}
+
+// More noise than the queue holds, and behind it an answer that nobody has read.
+void SerialFaultsTest::oldAnswerBehindAFullQueue_isNotTheQuestions()
+{
+    WireBench b([](const QByteArray &line) -> QList<SimulatedWire::Piece> {
+        if (line == "sc_clear")
+            return {{QByteArray(9'000, '~')}, {"\r\nD 999\r\nOk.\r\n"}};
+        return {{line + "\r\nD 1\r\nOk.\r\n"}};
+    });
+    b.system.sc_clear();
+    b.letAllArrive();
+    QCOMPARE(b.system.sc_mode(), 1);
+    QVERIFY(b.log.lines().isEmpty());
 }
 
 // Whatever happens on the way, every column of a line goes over the wire, in order.

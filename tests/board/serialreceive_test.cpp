@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
+#include "platform/SimulatedClock.h"
 #include "tests/board/SerialBench.h"
+#include "tests/board/SimulatedWire.h"
 #include "tests/support/StridingClock.h"
 
 #include <termios.h>
@@ -165,11 +167,20 @@ void SerialReceiveTest::untilEOS_waitsForTheLastMark()
 
 void SerialReceiveTest::untilEOS_marksCutInTwo()
 {
-    SerialBench b(patientLimits);
-    b.arrive("D \x83");
-    const LateSender sender(b.far, 40ms, "\x41 O");
-    const LateSender second(b.far, 80ms, "k.");
-    QCOMPARE(b.port.receiveStringUntilEOSWithSkip(0), std::optional(u"D ア Ok."_s));
+    SimulatedClock clock({});
+    const SimulatedWire::Script inThreePieces = [](const QByteArray &) {
+        return QList<SimulatedWire::Piece>{{"D \x83"}, {"\x41 O", 40ms}, {"k.", 40ms}};
+    };
+    CocoaSerialPort port(clock, {}, listing({"/dev/board"}), [&](Clock &ticks, CharacterQue &que) {
+        return std::make_unique<SimulatedWire>(ticks, que, inThreePieces);
+    });
+    StdoutCapture quiet;
+    port.initForRS232();
+    QVERIFY(port.openWithPortNumber(0));
+    QVERIFY(port.sendString(u"ask\r"_s));
+    const auto start = clock.steadyNow();
+    QCOMPARE(port.receiveStringUntilEOSWithSkip(0), std::optional(u"D ア Ok."_s));
+    QVERIFY(clock.steadyNow() - start >= 80ms); // for the last of them
 }
 
 // A command of 1920 bytes is on its way for a second at 19200 baud.
