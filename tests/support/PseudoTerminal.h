@@ -11,6 +11,7 @@
 
 #include <array>
 #include <chrono>
+#include <mutex>
 
 namespace qovelmor {
 
@@ -73,14 +74,17 @@ public:
         return bytes;
     }
 
-    /// Sends to the near end; false when not all of it was taken.
+    /// Sends to the near end; false when not all of it was taken. Any thread.
     bool write(const QByteArray &bytes) const
     {
+        // The system turns the second of two writers away, where neither may be made to wait.
+        const std::lock_guard lock(writeMutex_);
         return ::write(master_, bytes.constData(), static_cast<std::size_t>(bytes.size())) ==
                bytes.size();
     }
 
 private:
+    mutable std::mutex writeMutex_;
     int master_ = -1;
     QByteArray path_;
 };
