@@ -7,65 +7,137 @@ namespace qovelmor {
 
 namespace {
 
-/// Whether `mark` stands across the joint of `before` and `after`.
-bool joins(QStringView before, QStringView after, QStringView mark)
-{
-    for (qsizetype split = 1; split < mark.size(); ++split) {
-        if (before.endsWith(mark.first(split)) && after.startsWith(mark.sliced(split)))
-            return true;
-    }
-    return false;
-}
+constexpr Marks anchorMarks{u"<a", u"/a>"};
+constexpr Marks spanMarks{u"<span", u"/span>"};
+constexpr Marks tagMarks{u"<", u">"};
 
 } // namespace
 
-MarkCutter::MarkCutter(QString &text, const CleanupWatch &watch, qsizetype longest)
-    : text_(text), watch_(watch), longest_(longest)
-{}
-
-Cutting MarkCutter::apply(const Marks &marks, QStringView earlier)
+bool MarkCutter::cut()
 {
-    kept_ = 0;
-    next_ = 0;
-    qsizetype closing = -1;
-    Cutting result = Cutting::Done;
-    while (result == Cutting::Done) {
-        const qsizetype opening = find(marks.opening, next_);
-        if (opening < 0)
-            break;
-        if (closing < next_)
-            closing = find(marks.closing, next_);
-        if (closing < 0) { // the mark takes the rest of the text along
-            keep(opening);
-            next_ = text_.size();
-            break;
-        }
-        qsizetype end = closing + marks.closing.size();
-        if (end < text_.size() && text_.at(end) == u'\n')
-            ++end;
-        if (closing < opening)
-            return growOrGiveUp(marks, earlier, opening, end);
-        keep(opening);
-        next_ = end;
-        if (joins(QStringView(text_).first(kept_), QStringView(text_).sliced(next_), earlier))
-            result = Cutting::Joined;
-        stepBack(std::max(marks.opening.size(), marks.closing.size()) - 1);
-        if (watch_())
-            result = Cutting::TimeUp;
-    }
-    close();
-    return result;
+    return cutPieces(anchorMarks) && cutSpans() && cutPieces(tagMarks);
 }
 
-qsizetype MarkCutter::find(QStringView mark, qsizetype from) const
+/// The rule of anchors or that of tags: a cut of theirs makes marks of their own only.
+bool MarkCutter::cutPieces(const Marks &marks)
+{
+    for (qsizetype opening = 0; (opening = find(marks.opening)) >= 0;) {
+        const qsizetype closing = find(marks.closing);
+        if (closing >= 0 && closing < opening)
+            return false; // what lies between is repeated for ever: no joint makes another mark
+        keep(opening);
+        if (closing < 0)
+            dropRest(); // the mark takes the rest of the text along
+        else if (!cutBehind(endOf(closing, marks)))
+            return false;
+        stepBack(std::max(marks.opening.size(), marks.closing.size()) - 1);
+    }
+    close();
+    return true;
+}
+
+/// The rule of spans, with that of anchors wherever "<" and "a" have met: no other anchor is left.
+bool MarkCutter::cutSpans()
+{
+    searched_ = 0;
+    qsizetype repetition = -1; // behind a closing mark that stands before every opening one
+    for (qsizetype opening = 0; (opening = find(spanMarks.opening)) >= 0;) {
+        const qsizetype closing = repetition < 0 ? find(spanMarks.closing) : -1;
+        if (closing >= 0 && closing < opening) {
+            keep(endOf(closing, spanMarks));
+            repetition = kept_;
+        }
+        keep(opening);
+        if (repetition >= 0) {
+            if (!endRepetition(repetition))
+                return false;
+        } else if (closing < 0) {
+            dropRest();
+        } else if (!cutBehind(endOf(closing, spanMarks))) {
+            return false;
+        }
+        while (isAnchorJoined()) {
+            if (!cutAnchorAtJoint())
+                return false;
+        }
+        stepBack(std::max(spanMarks.opening.size(), spanMarks.closing.size()) - 1);
+    }
+    close();
+    return true;
+}
+
+bool MarkCutter::cutBehind(qsizetype closingEnd)
+{
+    next_ = closingEnd;
+    return !watch_();
+}
+
+/// The finished text ends with the "<" of an anchor.
+bool MarkCutter::cutAnchorAtJoint()
+{
+    --kept_;
+    if (finishedClosesAnchor())
+        return false; // before the opening mark
+    const qsizetype closing = find(anchorMarks.closing);
+    if (closing >= 0)
+        return cutBehind(endOf(closing, anchorMarks));
+    dropRest();
+    return true;
+}
+
+/// The closing mark of spans stands before the opening one: the rule puts `[start, kept_)`, which
+/// lies between, once more before itself, and does so for ever unless a joint makes another mark.
+///
+/// - "<" and "a" meet: the rule of anchors then cuts from that "<" to behind a closing mark that
+///   stands farther on, and with it all that was repeated.
+/// - "<sp" and "an" meet: the piece from there on is repeated without that "<sp". Other halves of
+///   the mark meet too, but no "<" and "a" can come of what begins with "s", "p" or "n".
+bool MarkCutter::endRepetition(qsizetype start)
+{
+    const QStringView repeated = finished().sliced(start);
+    if (!repeated.startsWith(u'a'))
+        return false;
+    if (repeated.startsWith(u"an")) {
+        while (finished().endsWith(u"<sp")) {
+            kept_ -= 3;
+            if (watch_())
+                return false;
+        }
+    }
+    return finished().endsWith(u'<') && !watch_() && cutAnchorAtJoint();
+}
+
+bool MarkCutter::isAnchorJoined() const
+{
+    return finished().endsWith(anchorMarks.opening.front()) && next_ < text_.size() &&
+           text_.at(next_) == anchorMarks.opening.back();
+}
+
+bool MarkCutter::finishedClosesAnchor()
+{
+    const qsizetype margin = anchorMarks.closing.size() - 1; // a mark may lie across the border
+    const qsizetype from = std::max<qsizetype>(std::min(searched_, kept_) - margin, 0);
+    effort_ += kept_ - from;
+    searched_ = kept_;
+    return finished().sliced(from).contains(anchorMarks.closing);
+}
+
+/// The first `mark` of the text that is still to be looked at.
+qsizetype MarkCutter::find(QStringView mark)
 {
     const QStringView text(text_);
-    for (;;) {
-        const qsizetype found = text.indexOf(mark.front(), from);
-        if (found < 0 || text.sliced(found).startsWith(mark))
-            return found;
-        from = found + 1;
-    }
+    qsizetype found = text.indexOf(mark.front(), next_);
+    while (found >= 0 && !text.sliced(found).startsWith(mark))
+        found = text.indexOf(mark.front(), found + 1);
+    effort_ += (found < 0 ? text.size() : found) - next_;
+    return found;
+}
+
+/// One line feed behind a closing mark belongs to it.
+qsizetype MarkCutter::endOf(qsizetype closing, const Marks &marks) const
+{
+    const qsizetype end = closing + marks.closing.size();
+    return end < text_.size() && text_.at(end) == u'\n' ? end + 1 : end;
 }
 
 /// Moves `[next_, end)` to the finished text.
@@ -74,6 +146,7 @@ void MarkCutter::keep(qsizetype end)
     QChar *data = text_.data();
     if (kept_ != next_)
         std::copy(data + next_, data + end, data + kept_);
+    effort_ += end - next_;
     kept_ += end - next_;
     next_ = end;
 }
@@ -86,34 +159,16 @@ void MarkCutter::stepBack(qsizetype count)
     std::copy_backward(data + kept_ - count, data + kept_, data + next_);
     kept_ -= count;
     next_ -= count;
+    searched_ = std::min(searched_, kept_);
 }
 
-/// Puts finished text and rest together.
+/// Puts finished text and rest together, for the next rule to begin with.
 void MarkCutter::close()
 {
     keep(text_.size());
     text_.truncate(kept_);
-}
-
-/// The closing mark stands before the opening one: the rule repeats what lies between them, which
-/// leaves both where they are, unless the joint makes a mark of its own.
-Cutting MarkCutter::growOrGiveUp(const Marks &marks, QStringView earlier, qsizetype opening,
-                                 qsizetype end)
-{
-    const qsizetype gone = next_ - kept_;
-    close();
-    const QStringView before = QStringView(text_).first(opening - gone);
-    const QStringView after = QStringView(text_).sliced(end - gone);
-    const bool isJoined = joins(before, after, earlier) ||
-                          (!earlier.isEmpty() && joins(before, after, marks.opening));
-    const qsizetype size = before.size() + after.size();
-    if (!isJoined || size == text_.size() || size > longest_)
-        return Cutting::Unending;
-    QString grown;
-    grown.reserve(size);
-    grown.append(before).append(after);
-    text_ = grown;
-    return watch_() ? Cutting::TimeUp : Cutting::Joined;
+    kept_ = 0;
+    next_ = 0;
 }
 
 } // namespace qovelmor

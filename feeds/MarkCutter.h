@@ -7,46 +7,52 @@
 
 namespace qovelmor {
 
-/// How one of the rules that cut marked pieces out of a text ended.
-enum class Cutting {
-    Done,     ///< no opening mark is left
-    Joined,   ///< text on both sides of a cut has joined: the earlier rule must look again
-    Unending, ///< the closing mark stands before the opening one; nothing will change that
-    TimeUp    ///< the watch has ended it
-};
-
 struct Marks
 {
     QStringView opening;
     QStringView closing;
 };
 
-/// Applies one rule of withoutMarkup() to a text in place.
+/// Applies the rules of withoutMarkup() that cut marked pieces out of a text, in place.
 ///
 /// `[0, kept_)` is finished text, `[next_, size)` is still to be looked at, what lies between is
-/// gone. A cut moves the finished text only, and once, so the whole takes a single pass.
+/// gone. A cut moves the finished text only, and once. Afterwards nothing but the joint can hold a
+/// mark that was not there before, so only the joint is looked at: the whole takes time in
+/// proportion to the text's length, whatever its cuts bring together.
 class MarkCutter
 {
 public:
-    /// `longest` is the size at which a growing text is given up.
-    MarkCutter(QString &text, const CleanupWatch &watch, qsizetype longest);
+    MarkCutter(QString &text, const CleanupWatch &watch) : text_(text), watch_(watch) {}
 
-    /// `earlier` is the opening mark of the rule that goes before this one, empty when there is
-    /// none that a joint could bring back.
-    Cutting apply(const Marks &marks, QStringView earlier);
+    /// False when the watch ended it, or when the rules would never come to an end.
+    bool cut();
+
+    /// Characters looked at and moved so far: what the work costs.
+    qsizetype effort() const { return effort_; }
 
 private:
-    qsizetype find(QStringView mark, qsizetype from) const;
+    bool cutPieces(const Marks &marks);
+    bool cutSpans();
+    bool cutBehind(qsizetype closingEnd);
+    bool cutAnchorAtJoint();
+    bool endRepetition(qsizetype start);
+
+    QStringView finished() const { return QStringView(text_).first(kept_); }
+    bool isAnchorJoined() const;
+    bool finishedClosesAnchor();
+    qsizetype find(QStringView mark);
+    qsizetype endOf(qsizetype closing, const Marks &marks) const;
     void keep(qsizetype end);
+    void dropRest() { next_ = text_.size(); }
     void stepBack(qsizetype count);
     void close();
-    Cutting growOrGiveUp(const Marks &marks, QStringView earlier, qsizetype opening, qsizetype end);
 
     QString &text_;
     const CleanupWatch &watch_;
-    qsizetype longest_;
     qsizetype kept_ = 0;
     qsizetype next_ = 0;
+    qsizetype searched_ = 0; ///< finished text before here has no closing mark of an anchor
+    qsizetype effort_ = 0;
 };
 
 } // namespace qovelmor

@@ -13,30 +13,7 @@ namespace {
 
 constexpr QChar blank = u' ';
 constexpr QChar ideographicBlank = u'\u3000';
-constexpr Marks anchorMarks{u"<a", u"/a>"};
-constexpr Marks spanMarks{u"<span", u"/span>"};
-constexpr Marks tagMarks{u"<", u">"};
 constexpr QStringView hardBlank = u"&nbsp;";
-
-/// A text that grows is given up at this many times its length and this much more.
-constexpr qsizetype growthFactor = 4;
-constexpr qsizetype growthRoom = 65'536;
-
-/// All three cutting rules; false when the text never came to an end.
-bool cutMarkup(QString &text, const CleanupWatch &watch)
-{
-    MarkCutter cutter(text, watch, text.size() * growthFactor + growthRoom);
-    for (;;) {
-        Cutting result = cutter.apply(anchorMarks, {});
-        // A cut of a span may join "<" and "a"; tags leave no "<" behind that could join.
-        if (result == Cutting::Done)
-            result = cutter.apply(spanMarks, anchorMarks.opening);
-        if (result == Cutting::Done)
-            result = cutter.apply(tagMarks, {});
-        if (result != Cutting::Joined)
-            return result == Cutting::Done;
-    }
-}
 
 /// Each "&nbsp;" becomes a blank, which can make no further one.
 bool replaceHardBlanks(QString &text, const CleanupWatch &watch)
@@ -63,7 +40,7 @@ std::optional<QString> withoutMarkup(QString text, const CleanupWatch &watch)
 {
     if (watch())
         return std::nullopt;
-    if (text.contains(u'<') && !cutMarkup(text, watch))
+    if (text.contains(u'<') && !MarkCutter(text, watch).cut())
         return std::nullopt;
     if (text.contains(u'&')) { // looking for one character is several times faster
         if (!replaceHardBlanks(text, watch))
@@ -75,6 +52,8 @@ std::optional<QString> withoutMarkup(QString text, const CleanupWatch &watch)
     const auto isControl = [](QChar c) { return c < blank; };
     if (std::any_of(text.cbegin(), text.cend(), isControl))
         std::replace_if(text.begin(), text.end(), isControl, blank);
+    if (text.capacity() / 2 > text.size())
+        text.squeeze(); // descriptions are kept, what was cut out of them need not be
     return text;
 }
 

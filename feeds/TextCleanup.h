@@ -19,8 +19,9 @@ using CleanupWatch = std::function<bool()>;
 /// blank. At the end the text is cut before "&lt;" and control characters become blanks.
 ///
 /// The closing mark counts wherever it stands. Where it stands before the opening one, the rules
-/// copy what lies between and never come to an end; that is seen at once and answered like a loop
-/// that the watch ended. Other text takes time in proportion to its length.
+/// copy what lies between, mostly without an end; that is seen at once and answered like a loop
+/// that the watch ended. Every text takes time in proportion to its length, and the result keeps no
+/// more than twice the memory that it needs.
 std::optional<QString> withoutMarkup(QString text, const CleanupWatch &watch);
 
 /// Without leading blanks (U+0020) and ideographic blanks (U+3000) in any mixture.

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "feeds/MarkCutter.h"
 #include "feeds/TextCleanup.h"
 
 #include <QtTest>
@@ -11,7 +12,7 @@ using namespace Qt::Literals::StringLiterals;
 namespace {
 
 /// Far more than any of the tests' texts comes to before it is clean.
-constexpr qsizetype longestText = 5000;
+constexpr qsizetype longestText = 10'000;
 
 bool never()
 {
@@ -76,12 +77,42 @@ QString shown(const std::optional<QString> &text)
     return text ? u"\"%1\""_s.arg(*text) : u"ended by the watch"_s;
 }
 
-QString randomText(std::mt19937 &random)
+/// Counts the passes of a loop that it never ends before the given one.
+struct PassCount
+{
+    int last = 200;
+    int passes = 0;
+    bool operator()() { return ++passes > last; }
+};
+
+const QStringList &mixedPieces()
 {
     static const QStringList pieces{
         u"<a"_s,   u"/a>"_s, u"</a>"_s, u"<span"_s, u"/span>"_s, u"<"_s,   u">"_s,    u"&nbsp;"_s,
         u"&lt;"_s, u"\n"_s,  u"a"_s,    u"s"_s,     u"pan"_s,    u"/"_s,   u"&nb"_s,  u"sp;"_s,
         u"x"_s,    u"　"_s,  u" "_s,    u"<sp"_s,   u"an"_s,     u"<p>"_s, u"</p>"_s, u"語"_s};
+    return pieces;
+}
+
+/// Halves of marks, which cuts bring together.
+const QStringList &joiningPieces()
+{
+    static const QStringList pieces{u"<"_s,      u"a"_s,
+                                    u"/a>"_s,    u"<span"_s,
+                                    u"/span>"_s, u"<span></span>"_s,
+                                    u"<a>/a>"_s, u"<sp"_s,
+                                    u"an"_s,     u"<spa"_s,
+                                    u"n"_s,      u"span"_s,
+                                    u"/"_s,      u"a>\n"_s,
+                                    u"/sp"_s,    u"an>"_s,
+                                    u"\n"_s,     u"x"_s,
+                                    u"><"_s,     u"a/a>"_s,
+                                    u"an<sp"_s,  u"<<span></span>a"_s};
+    return pieces;
+}
+
+QString randomText(std::mt19937 &random, const QStringList &pieces)
+{
     std::uniform_int_distribution<qsizetype> piece(0, pieces.size() - 1);
     QString text;
     const int count = std::uniform_int_distribution<int>(0, 24)(random);
@@ -114,6 +145,12 @@ private Q_SLOTS:
         QTest::newRow("anchor") << u"x/a>y<a href='z'>w</a>"_s;
         QTest::newRow("span") << u"/span>y<span>w</span>"_s;
         QTest::newRow("only after other cuts") << u"<b>c</b> > <i>d</i>"_s;
+        QTest::newRow("an anchor made at a joint") << u"/a><<span></span>a/a>"_s;
+        QTest::newRow("where an earlier cut has been")
+            << u"x<sp<<span></span>a/a>an>/span>/a><<span></span>a/a>"_s;
+        QTest::newRow("spans that repeat") << u"/span>b<<span>c/a>"_s;
+        QTest::newRow("spans that repeat themselves") << u"/span>n<spa<spa<span"_s;
+        QTest::newRow("spans that repeat a closing anchor") << u"/span>a/a><<span>c/a>"_s;
     }
     void markup_closingBeforeOpening_isEnded()
     {
@@ -122,16 +159,27 @@ private Q_SLOTS:
         QVERIFY(!literalWithoutMarkup(text, endingAt(1000)));
     }
 
+    void markup_ofRandomTexts_isThatOfTheWordByWordRules_data()
+    {
+        QTest::addColumn<QStringList>("pieces");
+        QTest::newRow("of all kinds") << mixedPieces();
+        QTest::newRow("that join") << joiningPieces();
+    }
     void markup_ofRandomTexts_isThatOfTheWordByWordRules()
     {
+        QFETCH(QStringList, pieces);
         const unsigned seed = std::random_device{}();
         qInfo("seed %u", seed);
         std::mt19937 random(seed);
         for (int i = 0; i < 20'000; ++i) {
-            const QString text = randomText(random);
-            const QString expected = shown(literalWithoutMarkup(text, endingAt(200)));
-            QVERIFY2(shown(withoutMarkup(text, endingAt(2000))) == expected,
+            const QString text = randomText(random, pieces);
+            PassCount literal;
+            PassCount counted;
+            const QString expected = shown(literalWithoutMarkup(text, std::ref(literal)));
+            const auto clean = withoutMarkup(text, std::ref(counted));
+            QVERIFY2(shown(clean) == expected,
                      qPrintable(u"text \"%1\" expected %2"_s.arg(text, expected)));
+            QVERIFY2(!clean || counted.passes == literal.passes, qPrintable(text));
         }
     }
 
@@ -165,6 +213,56 @@ private Q_SLOTS:
         timer.start();
         QVERIFY(withoutMarkup(text, never).has_value());
         QVERIFY2(timer.elapsed() < 500, qPrintable(QString::number(timer.elapsed())));
+    }
+
+    void markup_ofHostileTexts_takesStepsInProportion_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<bool>("isEnded");
+        const auto many = [](QStringView piece) { return piece.toString().repeated(50'000); };
+        QTest::newRow("spans that repeat") << u"/span>n"_s + many(u"<spa") + u"<span"_s << true;
+        QTest::newRow("repeated spans that make an anchor")
+            << u"/span>an<"_s + many(u"<sp") + u"<span>/a>"_s << false;
+        QTest::newRow("anchors made at joints") << many(u"<<span></span>a/a>") << false;
+        QTest::newRow("anchors made at joints behind text")
+            << many(u"x<<span></span>a/a>") << false;
+        QTest::newRow("anchors made at joints, one inside the other")
+            << many(u"<") + u"<span></span>"_s + many(u"a/a>") << false;
+        QTest::newRow("spans made at joints, one inside the other")
+            << many(u"<sp") + u"<span></span>"_s + many(u"an></span>") << false;
+        QTest::newRow("spans between anchors of joints")
+            << many(u"<sp<<span></span>a/a>an>/span>") << false;
+        QTest::newRow("anchors") << many(u"<a></a>") << false;
+        QTest::newRow("closing marks only") << many(u"/span>/a>") + u"<b>"_s << true;
+    }
+    void markup_ofHostileTexts_takesStepsInProportion()
+    {
+        QFETCH(QString, text);
+        QFETCH(bool, isEnded);
+        const qsizetype size = text.size();
+        PassCount count{static_cast<int>(size)};
+        const CleanupWatch watch = std::ref(count);
+        MarkCutter cutter(text, watch);
+        QCOMPARE(cutter.cut(), !isEnded);
+        QVERIFY2(cutter.effort() < 12 * size,
+                 qPrintable(u"%1 of %2"_s.arg(cutter.effort()).arg(size)));
+    }
+
+    void markup_keepsNoMoreMemoryThanItNeeds_data()
+    {
+        QTest::addColumn<QString>("text");
+        const QString much(1'000'000, u'x');
+        QTest::newRow("a tag") << u"1<b "_s + much + u">2"_s;
+        QTest::newRow("a tag without end") << u"12<b "_s + much;
+        QTest::newRow("an escaped tag") << u"12&lt;"_s + much;
+        QTest::newRow("hard blanks") << u"&nbsp;"_s.repeated(100'000) + u"&lt;"_s + much;
+        QTest::newRow("nothing left") << u"<"_s + much;
+    }
+    void markup_keepsNoMoreMemoryThanItNeeds()
+    {
+        QFETCH(QString, text);
+        const QString clean = withoutMarkup(text, never).value();
+        QVERIFY(clean.capacity() <= 2 * clean.size() + 16);
     }
 
     void headSpace_data()
@@ -230,6 +328,13 @@ void TextCleanupTest::markup_data()
     row("control characters become blanks", "1\t2\n3\r4", "1 2 3 4");
     row("a cut joins an anchor", "1<<a>x</a>a>2</a>3", "13");
     row("a cut of a span joins an anchor", "1<<span>x</span>a>2/a>3", "13");
+    row("a joint that joins the next one", "1<<<span></span>a/a>a/a>2", "12");
+    row("a joint makes an anchor without end", "1<<span></span>a>2", "1");
+    row("a joint makes a span", "1<sp<span></span>an>2/span>3", "13");
+    row("a joint makes a closing mark", "1/<span></span>a>2", "1/a>2");
+    row("repeated spans make an anchor", "/span>a<<span>b/a>c", "/span>ac");
+    row("repeated spans make an anchor later", "/span>an<<sp<sp<span>b/a>\nc", "/span>anc");
+    row("repeated spans make an anchor without end", "/span>a<<span>b", "/span>a");
     row("anchors go before spans", "<span><a></span></a>1", "");
 }
 
