@@ -7,6 +7,7 @@
 #include "platform/CalendarTime.h"
 #include "platform/SystemLog.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace qovelmor {
@@ -22,6 +23,9 @@ constexpr int readFailed = -1;
 constexpr int nothingOffered = 1; // the result of a read whose document could not be had
 
 constexpr std::chrono::seconds cleanupLimit{1};
+/// All descriptions of a document together. With the limit of the parser two seconds in all; one
+/// description that takes its whole second still leaves time for the others.
+constexpr std::chrono::milliseconds documentCleanupLimit{1200};
 const QString pulloutPlace = u"watchBreak:RSSReader:pulloutTextString"_s;
 const QString headPlace = u"watchBreak:RSSReader:removeHeadSpace"_s;
 const QString noFeed = u"RSS でも Atom でもない文書です。"_s;
@@ -77,11 +81,11 @@ QString entryAt(const std::vector<QString> &list, int index, QStringView operati
     return {};
 }
 
-/// Ends a clean-up loop one second after it began.
-CleanupWatch watchFrom(Clock &clock)
+/// Ends a clean-up loop one second after it began, at `latest`, and when the program quits.
+CleanupWatch watchFrom(Clock &clock, Clock::SteadyTime latest)
 {
-    const Clock::SteadyTime end = clock.steadyNow() + cleanupLimit;
-    return [&clock, end] { return clock.steadyNow() > end; };
+    const Clock::SteadyTime end = std::min(clock.steadyNow() + cleanupLimit, latest);
+    return [&clock, end] { return clock.steadyNow() > end || clock.sleepsEnded(); };
 }
 
 } // namespace
@@ -307,8 +311,11 @@ RSSReader::Outcome RSSReader::takeDocument(const LoadedFeed &feed)
     read->address = address();
     read->format = format();
     read->validators = feed.validators;
-    const auto clean = [this](const QString &text) {
-        return pulloutTextString(text).value_or(u""_s);
+    std::optional<Clock::SteadyTime> latest;
+    const auto clean = [this, &latest](const QString &text) {
+        if (!latest)
+            latest = services_.clock.steadyNow() + documentCleanupLimit;
+        return cleaned(text, *latest).value_or(u""_s);
     };
     const Extraction result =
         extractItems(*feed.document, feedFormat(read->format), clean, read->items);
@@ -440,26 +447,41 @@ QString RSSReader::dateFormatChange(const QString &text, int type) const
 
 std::optional<QString> RSSReader::pulloutTextString(const QString &text) const
 {
-    const auto plain = withoutMarkup(text, watchFrom(services_.clock));
-    if (!plain) {
-        logWatchBreak(pulloutPlace);
-        return std::nullopt;
-    }
-    const auto headless = removeHeadSpace(*plain);
-    return headless ? removeTailSpace(*headless) : std::nullopt;
+    return cleaned(text, Clock::SteadyTime::max());
 }
 
 std::optional<QString> RSSReader::removeHeadSpace(const QString &text) const
 {
-    auto result = withoutHeadSpace(text, watchFrom(services_.clock));
+    return headless(text, Clock::SteadyTime::max());
+}
+
+std::optional<QString> RSSReader::removeTailSpace(const QString &text) const
+{
+    return tailless(text, Clock::SteadyTime::max());
+}
+
+std::optional<QString> RSSReader::cleaned(const QString &text, Clock::SteadyTime latest) const
+{
+    const auto plain = withoutMarkup(text, watchFrom(services_.clock, latest));
+    if (!plain) {
+        logWatchBreak(pulloutPlace);
+        return std::nullopt;
+    }
+    const auto begun = headless(*plain, latest);
+    return begun ? tailless(*begun, latest) : std::nullopt;
+}
+
+std::optional<QString> RSSReader::headless(const QString &text, Clock::SteadyTime latest) const
+{
+    auto result = withoutHeadSpace(text, watchFrom(services_.clock, latest));
     if (!result)
         logWatchBreak(headPlace);
     return result;
 }
 
-std::optional<QString> RSSReader::removeTailSpace(const QString &text) const
+std::optional<QString> RSSReader::tailless(const QString &text, Clock::SteadyTime latest) const
 {
-    auto result = withoutTailSpace(text, watchFrom(services_.clock));
+    auto result = withoutTailSpace(text, watchFrom(services_.clock, latest));
     if (!result)
         logWatchBreak(pulloutPlace); // the log book knows this loop under the other one's name
     return result;
@@ -472,6 +494,8 @@ bool RSSReader::isExistSummary(const XmlNode &element) const
 
 void RSSReader::logWatchBreak(const QString &place) const
 {
+    if (services_.clock.sleepsEnded())
+        return; // it was no time limit that ended the loop
     if (breakCount_++ >= mostLinesOfARead)
         return;
     ReadLog *log = nullptr;

@@ -85,7 +85,7 @@ public:
     /// See convertFeedDate().
     QString dateFormatChange(const QString &text, int type) const;
     /// A description without mark-up and outer blanks; nothing when the clean-up took more than a
-    /// second, which is written to the log book.
+    /// second, which is written to the log book, or when the program quits.
     std::optional<QString> pulloutTextString(const QString &text) const;
     std::optional<QString> removeHeadSpace(const QString &text) const;
     std::optional<QString> removeTailSpace(const QString &text) const;
@@ -137,6 +137,9 @@ private:
     void setFormat(int format);
     void setLastErrorCause(const QString &cause);
     QString readTime() const;
+    std::optional<QString> cleaned(const QString &text, Clock::SteadyTime latest) const;
+    std::optional<QString> headless(const QString &text, Clock::SteadyTime latest) const;
+    std::optional<QString> tailless(const QString &text, Clock::SteadyTime latest) const;
     void logWatchBreak(const QString &place) const;
 
     FeedServices services_;

@@ -396,22 +396,107 @@ private Q_SLOTS:
                  std::vector<QString>{u"watchBreak:RSSReader:pulloutTextString"_s});
     }
 
+    void description_thatTakesTooLong_isEmptyAndLogged_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("place");
+        const auto much = [](QStringView piece) { return piece.toString().repeated(300); };
+        const QString pulloutPlace = u"watchBreak:RSSReader:pulloutTextString"_s;
+        QTest::newRow("mark-up") << much(u"<b>太") << pulloutPlace;
+        QTest::newRow("hard blanks") << much(u"&nbsp;x") << pulloutPlace;
+        QTest::newRow("blanks at the head")
+            << much(u"　") + u"太"_s << u"watchBreak:RSSReader:removeHeadSpace"_s;
+        QTest::newRow("blanks at the tail") << u"太"_s + much(u" ") << pulloutPlace;
+    }
     void description_thatTakesTooLong_isEmptyAndLogged()
     {
-        StridingClock clock;
-        clock.setStride(150ms);
+        QFETCH(QString, text);
+        QFETCH(QString, place);
+        SimulatedClock still(readMoment());
+        StridingClock clock(still);
+        clock.setStride(5ms);
         RecordingLog log;
-        loader_.answerWith(
-            rss2(item("<title>一</title><description>" +
-                      QByteArray("&lt;b&gt;太&lt;/b&gt;").repeated(10) + "</description>") +
-                 item("<title>二</title><description>&lt;b&gt;太&lt;/b&gt;</description>")));
+        loader_.answerWith(rss2(item("<title>一</title><description>" +
+                                     text.toHtmlEscaped().toUtf8() + "</description>") +
+                                item("<title>二</title><description>よい</description>")));
         RSSReader made({loader_, clock}, feedAddress, true, u"名前"_s, feedformat::rss2);
         made.setMessageList(&log);
         QCOMPARE(made.readHeadlines(), 0);
         QCOMPARE(made.descriptionAtIndex(0), u""_s);
-        QCOMPARE(made.descriptionAtIndex(1), u"太"_s);
-        QCOMPARE(log.watchBreaks,
-                 std::vector<QString>{u"watchBreak:RSSReader:pulloutTextString"_s});
+        QCOMPARE(made.descriptionAtIndex(1), u"よい"_s);
+        QCOMPARE(log.watchBreaks, std::vector<QString>{place});
+        QVERIFY(!made.pulloutTextString(text));
+        QCOMPARE(log.watchBreaks, std::vector<QString>(2, place));
+        clock.setStride(3ms); // 300 passes in less than a second
+        QVERIFY(made.pulloutTextString(text));
+        QCOMPARE(log.watchBreaks.size(), std::size_t{2});
+    }
+
+    void blanksThatTakeTooLong_areLoggedUnderTheirPlace()
+    {
+        SimulatedClock still(readMoment());
+        StridingClock clock(still);
+        clock.setStride(150ms);
+        RecordingLog log;
+        RSSReader made({loader_, clock}, feedAddress, true, u"名前"_s, feedformat::rss2);
+        made.setMessageList(&log);
+        const QString blanks(10, u' ');
+        QVERIFY(!made.removeHeadSpace(blanks));
+        QCOMPARE(log.watchBreaks, std::vector<QString>{u"watchBreak:RSSReader:removeHeadSpace"_s});
+        QVERIFY(!made.removeTailSpace(blanks));
+        QCOMPARE(log.watchBreaks.back(), u"watchBreak:RSSReader:pulloutTextString"_s);
+        QCOMPARE(log.watchBreaks.size(), std::size_t{2});
+    }
+
+    // None of them takes long, all of them would take minutes.
+    void descriptionsThatTakeTooLongTogether_areEmptyFromThereOnAndLogged()
+    {
+        SimulatedClock still(readMoment());
+        StridingClock clock(still);
+        clock.setStride(10ms);
+        RecordingLog log;
+        const QByteArray items =
+            item("<title>一</title><description>&lt;b&gt;太&lt;/b&gt;</description>").repeated(100);
+        RSSReader made({loader_, clock}, feedAddress, true, u"名前"_s, feedformat::rss2);
+        made.setMessageList(&log);
+        for (std::size_t read = 1; read <= 2; ++read) { // each document anew
+            loader_.answerWith(rss2(items));
+            QCOMPARE(made.readHeadlines(), 0);
+            QCOMPARE(made.count(), 100);
+            QCOMPARE(made.descriptionAtIndex(0), u"太"_s);
+            int clean = 0;
+            while (made.descriptionAtIndex(clean) == u"太"_s)
+                ++clean;
+            QCOMPARE(clean, 15); // eight looks at the clock each
+            for (int i = clean; i < 100; ++i)
+                QCOMPARE(made.descriptionAtIndex(i), u""_s);
+            QCOMPARE(log.watchBreaks.size(), read * 20);
+        }
+        QCOMPARE(log.watchBreaks.back(), u"watchBreak:RSSReader:pulloutTextString"_s);
+        QCOMPARE(made.pulloutTextString(u"<b>太</b>"_s), u"太"_s); // outside of any document
+    }
+
+    void cleanUp_whenTheProgramQuits_endsAtOnce()
+    {
+        SimulatedClock clock(readMoment());
+        RecordingLog log;
+        loader_.answerWith(rss2(item("<title>一</title><description>よい</description>")));
+        RSSReader made({loader_, clock}, feedAddress, true, u"名前"_s, feedformat::rss2);
+        made.setMessageList(&log);
+        clock.endSleeps();
+        QCOMPARE(made.readHeadlines(), 0);
+        QCOMPARE(made.descriptionAtIndex(0), u""_s);
+        QVERIFY(!made.pulloutTextString(u"よい"_s));
+        QVERIFY(!made.removeHeadSpace(u" "_s));
+        QVERIFY(!made.removeTailSpace(u" "_s));
+        QVERIFY(log.watchBreaks.empty());
+    }
+
+    void title_isNotCleaned()
+    {
+        const auto made = readFrom(feedformat::rss2,
+                                   rss2(item("<title> &lt;b&gt;一&lt;/b&gt;&amp;nbsp;\n</title>")));
+        QCOMPARE(made->titleAtIndex(0), u" <b>一</b>&nbsp;\n"_s);
     }
 
     // Hundreds of thousands of lines, read after read, would fill the disk in a week.

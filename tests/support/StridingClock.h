@@ -7,11 +7,14 @@
 
 namespace qovelmor {
 
-/// The real clock, but each look at it moves it on by a stride: time-outs of work that never takes
-/// long can be reached.
+/// The real clock or another one, but each look at it moves it on by a stride: time-outs of work
+/// that never takes long can be reached, and beside a clock that stands still to the look.
 class StridingClock final : public Clock
 {
 public:
+    StridingClock() : clock_(real_) {}
+    explicit StridingClock(Clock &clock) : clock_(clock) {}
+
     void setStride(Duration stride) { stride_ = stride.count(); }
 
     SteadyTime steadyNow() const override
@@ -32,7 +35,8 @@ public:
     void threadResumes() override {}
 
 private:
-    SystemClock clock_;
+    SystemClock real_;
+    Clock &clock_;
     std::atomic<Duration::rep> stride_ = 0;
     mutable std::atomic<Duration::rep> ahead_ = 0;
 };
