@@ -20,7 +20,8 @@ constexpr qsizetype mebibyte = 1024 * 1024;
 constexpr long maxForServers = 256; // MiB above rest
 constexpr long maxForDocuments = 512;
 constexpr long maxAfter = 16;
-constexpr int happensSoon = 120'000; // ms, on a busy machine
+constexpr double maxForADocument = 2; // s of the processor
+constexpr int happensSoon = 120'000;  // ms, on a busy machine
 
 QByteArray goodFeed()
 {
@@ -105,6 +106,15 @@ HttpServer::Reply hostileDocument(int number)
     }
 }
 
+/// A document full of descriptions whose clean-up would go on and on, with one headline.
+QByteArray costlyFeed(const QByteArray &description)
+{
+    const QByteArray item =
+        "<item><description><![CDATA[" + description + "]]></description></item>";
+    return "<rss version='2.0'><channel><title>t</title><item><title>a</title></item>" +
+           item.repeated(full / item.size()) + "</channel></rss>";
+}
+
 } // namespace
 
 class FeedFaultsTest : public QObject
@@ -120,6 +130,7 @@ private Q_SLOTS:
         QTest::newRow("documents") << true << maxForDocuments;
     }
     void hostileFeeds_areBoundedAndTheOthersAreRead();
+    void costlyDescriptions_areBounded();
 };
 
 void FeedFaultsTest::hostileFeeds_areBoundedAndTheOthersAreRead()
@@ -178,6 +189,37 @@ void FeedFaultsTest::hostileFeeds_areBoundedAndTheOthersAreRead()
         return;
     QVERIFY2(during <= most, qPrintable(QString::number(during)));
     QVERIFY2(after <= maxAfter, qPrintable(QString::number(after)));
+}
+
+void FeedFaultsTest::costlyDescriptions_areBounded()
+{
+    const std::vector<QByteArray> descriptions{
+        "/span>n" + QByteArray("<spa").repeated(180) + "<span",
+        QByteArray("<<span></span>a/a>").repeated(10'000),
+        QByteArray("<sp<<span></span>a/a>an></span>").repeated(10'000),
+        QByteArray("&nbsp;").repeated(300'000),
+    };
+    HttpServer server;
+    RunningProgram program;
+    for (std::size_t i = 0; i < descriptions.size(); ++i) {
+        const QByteArray path = "/" + QByteArray::number(i);
+        server.route(path, HttpServer::document(costlyFeed(descriptions[i])));
+        program.addFeed(server.address(path.constData()), u"重い%1"_s.arg(i), 2);
+    }
+    server.route("/good", HttpServer::document(goodFeed()));
+    program.addFeed(server.address("/good"), u"良い"_s, 2);
+    program.set(u"DisplayAuto"_s, true);
+    QVERIFY(program.start());
+    const ProcessUse use(program.processId());
+    QTRY_VERIFY_WITH_TIMEOUT(server.hits("/0") > 0, happensSoon);
+    const double before = use.processorSeconds();
+    QTRY_VERIFY_WITH_TIMEOUT(program.logBook().contains(u" RSS読込終了:5\n"_s), happensSoon);
+    const double taken = use.processorSeconds() - before;
+    qInfo("processor time: %.2f s for %zu documents", taken, descriptions.size());
+    QVERIFY(program.logBook().contains(u"watchBreak:RSSReader:pulloutTextString"_s));
+    QCOMPARE(program.terminate(30s), 0);
+    if (!isSanitized())
+        QVERIFY(taken < maxForADocument * static_cast<double>(descriptions.size()));
 }
 
 QTEST_GUILESS_MAIN(FeedFaultsTest)

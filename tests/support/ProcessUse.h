@@ -6,6 +6,8 @@
 #include <QFile>
 #include <QString>
 
+#include <unistd.h>
+
 namespace qovelmor {
 
 /// What a running process takes of the machine, as the system tells it.
@@ -17,6 +19,18 @@ public:
     long memoryKiB() const { return number("VmRSS:"); }
     /// The most memory since the start or the last forgetPeak().
     long peakMemoryKiB() const { return number("VmHWM:"); }
+    /// Of the processor, by all of its threads, since the start.
+    double processorSeconds() const
+    {
+        QFile file(folder_ + QStringLiteral("/stat"));
+        if (!file.open(QIODevice::ReadOnly))
+            return -1;
+        const QByteArray line = file.readAll();
+        // Behind the name, which may hold blanks, the time stands in fields 12 and 13.
+        const auto fields = line.mid(line.lastIndexOf(')') + 2).split(' ');
+        const double ticks = fields.value(11).toDouble() + fields.value(12).toDouble();
+        return ticks / static_cast<double>(::sysconf(_SC_CLK_TCK));
+    }
     long threads() const { return number("Threads:"); }
     long descriptors() const
     {
