@@ -2,6 +2,8 @@
 #include "messages/LineDisplay.h"
 
 #include "board/BoardLink.h"
+#include "messages/InformationFile.h"
+#include "messages/MessageSwitches.h"
 #include "messages/needs/LineScreen.h"
 #include "messages/needs/MessageSettings.h"
 #include "messages/needs/RunControl.h"
@@ -20,8 +22,9 @@ constexpr double calendarSeconds = 3.0;
 
 } // namespace
 
-LineDisplay::LineDisplay(Clock &clock, InformationFile &information)
-    : clock_(clock), information_(information), titleThread_(clock)
+LineDisplay::LineDisplay(Clock &clock, InformationFile &information,
+                         const MessageSwitches &switches)
+    : clock_(clock), information_(information), switches_(switches), titleThread_(clock)
 {}
 
 LineDisplay::~LineDisplay()
@@ -37,14 +40,14 @@ void LineDisplay::connect(const MessageSettings &settings, const RunControl &run
     runControl_ = &runControl;
 }
 
-void LineDisplay::show(const QString &line, const DisplaySwitches &switches)
+void LineDisplay::show(const QString &line)
 {
     const bool onBoard = runControl_->isOutputLED();
-    if (switches.dispInfo && !showInformation(onBoard))
+    if (switches_.snapshot()->dispInfo && !showInformation(onBoard))
         return;
     if (!showAndWait(line, onBoard))
         return;
-    if (onBoard && switches.showCalendar && !runControl_->isDispBreak())
+    if (onBoard && switches_.snapshot()->showCalendar && !runControl_->isDispBreak())
         settings_->ledSystem().showPresentDate(calendarSeconds);
 }
 
@@ -117,7 +120,8 @@ void LineDisplay::dispTitleThread(const QString &line)
 
 void LineDisplay::startTitle(const QString &line)
 {
-    finishTitle();
+    if (isBusy(runControl_->isOutputLED()))
+        return;
     isTitlePending_ = true;
     const bool isStarted = titleThread_.start([this, line] {
         dispTitleThread(line);
@@ -138,9 +142,7 @@ void LineDisplay::finishTitle()
 
 bool LineDisplay::isTitleRunning() const
 {
-    if (isTitlePending_)
-        return true;
-    return titleThread_.isStarted() && settings_ && settings_->ledSystem().isRunning();
+    return isTitlePending_ || (settings_ && settings_->ledSystem().isRunning());
 }
 
 } // namespace qovelmor

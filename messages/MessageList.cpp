@@ -50,7 +50,7 @@ MessageList::MessageList(Parts parts)
     , firstSeen_(parts.clock, parts.defaults)
     , logBook_(parts.clock)
     , information_(std::move(parts.documentFolder), std::move(parts.informationTemplate))
-    , display_(parts.clock, information_)
+    , display_(parts.clock, information_, switches_)
     , ledProgress_(display_)
     , lastMSG_(std::make_shared<const MessageVector>())
 {}
@@ -253,7 +253,7 @@ void MessageList::dispRSSDataWithIndex(int index)
     logBook_.writeDispMessageLog(line);
     saveFirstSeenTimes();
     if (!line.isEmpty())
-        display_.show(line, *switches);
+        display_.show(line);
 }
 
 void MessageList::playArrivalSound(const Message &message)

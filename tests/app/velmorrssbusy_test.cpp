@@ -24,6 +24,8 @@ private Q_SLOTS:
     void commandsWhileBusy_areRefused();
     void workForLater_waitsForTheEndOfARead();
     void listChange_letsNothingElseBegin();
+    void longTitleLine_holdsUpNeitherReadNorStop_data();
+    void longTitleLine_holdsUpNeitherReadNorStop();
 };
 
 void VelmorRSSBusyTest::sleepAndWake_pauseTheDisplay()
@@ -152,6 +154,36 @@ void VelmorRSSBusyTest::listChange_letsNothingElseBegin()
     p.loader.onLoad = {};
     QCOMPARE(during, 1);
     QVERIFY(!p.control.isBusy());
+}
+
+void VelmorRSSBusyTest::longTitleLine_holdsUpNeitherReadNorStop_data()
+{
+    QTest::addColumn<bool>("onBoard");
+    QTest::newRow("board") << true;
+    QTest::newRow("screen") << false;
+}
+
+// Nothing to read: one read follows the other, while the title line of the first still runs.
+void VelmorRSSBusyTest::longTitleLine_holdsUpNeitherReadNorStop()
+{
+    QFETCH(bool, onBoard);
+    WholeProgram p(onBoard);
+    p.addFeed(feedA, {});
+    p.launch();
+    p.msgList.setDispInfo(true);
+    p.screen.stepsOfALine = 300;
+    if (onBoard)
+        p.board->setStepsOfALine(300);
+    p.reuseAges.clear();
+    p.control.actStartDisp();
+    p.sleep(10s);
+    const auto reads = p.reuseAges.size();
+    QVERIFY2(reads >= 5, qPrintable(QString::number(reads)));
+    const auto asked = p.clock.steadyNow();
+    p.control.actStopDisp();
+    QVERIFY(p.clock.steadyNow() - asked <= 2s); // the read under way is waited for
+    const QStringList shown = onBoard ? p.board->takeShown() : p.screen.takeShown();
+    QCOMPARE(shown.size(), 1);
 }
 
 QTEST_GUILESS_MAIN(VelmorRSSBusyTest)

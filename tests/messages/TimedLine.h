@@ -10,7 +10,7 @@
 
 namespace qovelmor {
 
-/// A place that shows one line at a time, each for a fixed time by the clock.
+/// A place that shows one line at a time, each for the same time by the clock.
 class TimedLine
 {
 public:
@@ -21,14 +21,16 @@ public:
     {
         while (runs() && clock_.sleepFor(std::chrono::milliseconds(100))) {
         }
-        end_ = clock_.steadyNow() + length_;
+        end_ = clock_.steadyNow() + length_.load();
     }
     void stop() { end_ = clock_.steadyNow(); }
+    /// For the lines that start from now on.
+    void setLength(std::chrono::milliseconds length) { length_ = length; }
     bool runs() const { return clock_.steadyNow() < end_.load(); }
 
 private:
     Clock &clock_;
-    const std::chrono::milliseconds length_;
+    std::atomic<std::chrono::milliseconds> length_;
     std::atomic<Clock::SteadyTime> end_{};
 };
 
@@ -39,6 +41,8 @@ public:
     TimedScreen(Clock &clock, Journal &journal, std::chrono::milliseconds length)
         : line_(clock, length), journal_(journal)
     {}
+
+    void setLength(std::chrono::milliseconds length) { line_.setLength(length); }
 
     void showString(const QString &text) override
     {
@@ -72,6 +76,8 @@ public:
     TimedBoard(Clock &clock, Journal &journal, std::chrono::milliseconds length)
         : line_(clock, length), journal_(journal)
     {}
+
+    void setLength(std::chrono::milliseconds length) { line_.setLength(length); }
 
     void showString(const QString &text) override
     {

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "ListHouse.h"
+#include "platform/TextEncoding.h"
 #include "platform/Worker.h"
 
 #include <QtTest>
@@ -114,14 +115,20 @@ private Q_SLOTS:
         QCOMPARE(house.journal.take(), QStringList(u"screen a"_s));
     }
 
-    void emptyLineIsNotShown()
+    void emptyLineIsLoggedButNotShown()
     {
         DisplayHouse house;
+        const QString logPath = house.folder.filePath(u"Logbook.txt"_s);
+        house.settings.logFile = LogFile::create(logPath);
+        house.settings.logsDisp = true;
         house.feeds.all[0]->items = {item(QString())};
         house.list.readRSSPages();
         house.list.dispRSSDataWithIndex(0);
         QVERIFY(house.journal.take().isEmpty());
         QCOMPARE(house.list.presentation()->messageNumber, u"1/1"_s);
+        QFile log(logPath);
+        QVERIFY(log.open(QIODevice::ReadOnly));
+        QCOMPARE(decodeShiftJis(log.readAll()), u"26/11/14 12:00:02 RSS表示:\n"_s);
     }
 
     void messageWithoutDateShowsItsFirstSeenTime()
@@ -169,6 +176,48 @@ private Q_SLOTS:
         QTEST(house.journal.take(), "shown");
     }
 
+    void calendarIsAskedForWhenTheLineHasPassed_data()
+    {
+        QTest::addColumn<bool>("isOn");
+        QTest::addColumn<QStringList>("shown");
+        QTest::newRow("switched on meanwhile")
+            << true << QStringList{u"board b"_s, u"board date 3"_s};
+        QTest::newRow("switched off meanwhile") << false << QStringList{u"board b"_s};
+    }
+
+    void calendarIsAskedForWhenTheLineHasPassed()
+    {
+        QFETCH(bool, isOn);
+        DisplayHouse house;
+        house.run.outputLED = true;
+        house.list.setShowCalendar(!isOn);
+        Worker person(house.clock);
+        person.start([&] {
+            house.clock.sleepFor(450ms);
+            house.list.setShowCalendar(isOn);
+        });
+        house.list.dispRSSDataWithIndex(1);
+        person.join();
+        QTEST(house.journal.take(), "shown");
+    }
+
+    // The line has passed when the stop is next looked at.
+    void breakAtTheLinesVeryEndKeepsTheCalendarAway()
+    {
+        DisplayHouse house;
+        house.run.outputLED = true;
+        house.list.setShowCalendar(true);
+        Worker person(house.clock);
+        person.start([&] {
+            house.clock.sleepFor(1950ms);
+            house.run.state = 2;
+        });
+        const auto time = house.timeOf([&] { house.list.dispRSSDataWithIndex(1); });
+        person.join();
+        QCOMPARE(house.journal.take(), QStringList(u"board b"_s));
+        QCOMPARE(time, 2000ms);
+    }
+
     void informationLinesTakeTurns_data() { output_data(); }
 
     void informationLinesTakeTurns()
@@ -204,6 +253,34 @@ private Q_SLOTS:
         house.list.setDispInfo(false);
         house.list.dispRSSDataWithIndex(1);
         QCOMPARE(house.journal.take(), QStringList(u"screen b"_s));
+    }
+
+    // Loading and taking turns keep the index inside; a test alone can move it out.
+    void informationIndexBehindTheLinesShowsNothing_data()
+    {
+        QTest::addColumn<bool>("onBoard");
+        QTest::addColumn<QByteArray>("said");
+        QTest::newRow("board") << true << "dispRSSDataWithIndex: index error2"_ba;
+        QTest::newRow("screen") << false << "dispRSSDataWithIndex: index error3"_ba;
+    }
+
+    void informationIndexBehindTheLinesShowsNothing()
+    {
+        QFETCH(bool, onBoard);
+        QFETCH(QByteArray, said);
+        DisplayHouse house;
+        house.run.outputLED = onBoard;
+        house.writeInformation("T\nA");
+        InformationFile information(house.documents(), house.templatePath());
+        QVERIFY(information.prepareInfoMessages(true));
+        information.setPresentInfo(2);
+        MessageSwitches switches(house.defaults);
+        switches.setDispInfo(true);
+        LineDisplay display(house.clock, information, switches);
+        display.connect(house.settings, house.run, house.screen);
+        QTest::ignoreMessage(QtWarningMsg, said.constData());
+        display.show(u"b"_s);
+        QVERIFY(house.journal.take().isEmpty());
     }
 
     void breakEndsTheMessageAtOnce_data()
@@ -318,15 +395,27 @@ private Q_SLOTS:
                               place + (onBoard ? u" cleared"_s : u" stopped"_s)}));
     }
 
-    void titleLineThatMustWaitIsJoinedAtTheReadsEnd()
+    // It would hold up its read, and with the read whoever asks for a stop.
+    void titleLineThatWouldHaveToWaitIsLeftOut_data() { output_data(); }
+
+    void titleLineThatWouldHaveToWaitIsLeftOut()
     {
+        QFETCH(bool, onBoard);
+        QFETCH(QString, place);
         DisplayHouse house;
+        house.run.outputLED = onBoard;
+        house.settings.showsProgress = false;
         house.writeInformation("T");
         house.list.setDispInfo(true);
-        house.screen.showString(u"before"_s); // runs for two seconds; the read takes one
+        house.board.setLength(30s);
+        house.screen.setLength(30s);
+        const auto read = [&] { house.list.readRSSPages(); }; // a second's pause and nothing more
+        QCOMPARE(house.timeOf(read), 1000ms);
+        QCOMPARE(house.timeOf(read), 1000ms);
+        QCOMPARE(house.journal.take(), QStringList(place + u" 【QoVelmorRSS】T"_s));
+        house.clock.sleepFor(28s);
         house.list.readRSSPages();
-        QCOMPARE(house.journal.take(),
-                 QStringList({u"screen before"_s, u"screen 【QoVelmorRSS】T"_s}));
+        QCOMPARE(house.journal.take(), QStringList(place + u" 【QoVelmorRSS】T"_s));
     }
 
     void progressOnTheBoard_data()
@@ -394,6 +483,21 @@ private Q_SLOTS:
         house.list.setDispInfo(true);
         house.list.readRSSPages();
         QCOMPARE(house.journal.take(), QStringList(u"board 【QoVelmorRSS】T"_s));
+    }
+
+    // The line of one read, the bar of the next.
+    void titleLineOfTheReadBeforeKeepsTheBarAway()
+    {
+        DisplayHouse house;
+        house.run.outputLED = true;
+        house.writeInformation("T");
+        house.list.setDispInfo(true);
+        house.list.readRSSPages();
+        house.list.setDispInfo(false);
+        house.list.readRSSPages();
+        QCOMPARE(house.journal.take(), QStringList(u"board 【QoVelmorRSS】T"_s));
+        house.list.readRSSPages();
+        QCOMPARE(house.journal.take().first(), u"bar made"_s);
     }
 
     // The window looks while another thread shows and reads.
