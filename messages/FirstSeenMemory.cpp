@@ -58,6 +58,7 @@ QString FirstSeenMemory::dateStringWithMessage(const QString &headline)
 
 bool FirstSeenMemory::storeChanges()
 {
+    const std::lock_guard storeLock(storeMutex_);
     PropertyArray stored;
     {
         const std::lock_guard lock(mutex_);

@@ -53,6 +53,7 @@ private:
     Clock &clock_;
     UserDefaults &defaults_;
 
+    std::mutex storeMutex_; ///< of two who store, the later list comes last; taken before the other
     mutable std::mutex mutex_;
     std::vector<Entry> entries_;
     QHash<QString, std::size_t> firstPlaces_; ///< headline → the lowest place of its entries

@@ -6,6 +6,7 @@
 
 #include <QtTest>
 
+#include <barrier>
 #include <random>
 
 using namespace qovelmor;
@@ -211,21 +212,36 @@ private Q_SLOTS:
         QCOMPARE(house.memory.entries().size(), 100'000U);
     }
 
-    void manyThreadsMayAsk()
+    // Of two who save at one moment none puts an older list over a newer one.
+    void manyThreadsMayAskAndSave()
     {
+        constexpr int rounds = 2000;
         MemoryHouse house;
-        Worker other(house.clock);
-        const auto ask = [&] {
-            for (int i = 0; i < 500; ++i) {
-                house.memory.dateStringWithMessage(QString::number(i % 50));
-                if (i % 10 == 0)
-                    house.memory.storeChanges();
+        std::barrier bothAreThere(2);
+        const auto askAndSave = [&](const QString &who, const auto &check) {
+            for (int i = 0; i < rounds; ++i) {
+                bothAreThere.arrive_and_wait();
+                house.memory.dateStringWithMessage(who + QString::number(i));
+                house.memory.storeChanges();
+                bothAreThere.arrive_and_wait();
+                check();
             }
         };
-        other.start(ask);
-        ask();
+        int older = 0;
+        Worker other(house.clock);
+        other.start([&] { askAndSave(u"other"_s, [] {}); });
+        askAndSave(u"own"_s, [&] {
+            const auto stored = house.defaults.arrayForKey(storeKey);
+            if (stored->size() != house.memory.entries().size())
+                ++older;
+        });
         other.join();
-        QCOMPARE(house.memory.entries().size(), 50U);
+        QCOMPARE(older, 0);
+        QVERIFY(!house.memory.storeChanges()); // nothing is left to store
+        const auto entries = house.memory.entries();
+        const auto stored = house.defaults.arrayForKey(storeKey);
+        QCOMPARE(entries.size(), std::size_t(2 * rounds));
+        QCOMPARE(stored->size(), entries.size());
     }
 };
 
