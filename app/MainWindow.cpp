@@ -194,6 +194,7 @@ void MainWindow::showProblems()
     statusRow_->setProblem(StandingProblem::Store, parts_.defaults.lastError());
     statusRow_->setProblem(StandingProblem::Board, parts_.setup.boardProblem());
     statusRow_->setProblem(StandingProblem::Feeds, feedView_->problem());
+    statusRow_->setProblem(StandingProblem::Information, parts_.msgList.informationProblem());
 }
 
 void MainWindow::showAbout()

@@ -14,7 +14,7 @@ class RSSTextField;
 struct MessagePresentation;
 
 /// What stands in the way of the program and stays so until it is mended, most urgent first.
-enum class StandingProblem { Store, Board, Feeds };
+enum class StandingProblem { Store, Board, Feeds, Information };
 
 /// The status line: what the program is doing, or else the answer to what the user did last, or
 /// else what is wrong. Beside it the progress of a read and the number of the message on display.

@@ -5,10 +5,13 @@
 
 #include <QDir>
 #include <QFile>
+#include <QStringDecoder>
 
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
+
+#include <algorithm>
 
 namespace qovelmor {
 
@@ -38,6 +41,27 @@ std::optional<QByteArray> readPlainFile(const QString &path)
     }
     const QByteArray bytes = file.read(InformationFile::sizeLimit);
     return file.error() == QFileDevice::NoError ? std::optional(bytes) : std::nullopt;
+}
+
+// What most editors write. Looked at by itself because its bytes are by chance Shift_JIS too in one
+// text of a few; the other way round that does not happen to a text with kana.
+bool isJapaneseInUtf8(const QByteArray &bytes)
+{
+    constexpr char16_t firstOfThreeBytes = 0x0800;
+    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
+    const QString text = decoder(bytes);
+    return !decoder.hasError() && std::any_of(text.begin(), text.end(), [](QChar character) {
+        return character.unicode() >= firstOfThreeBytes;
+    });
+}
+
+// Nothing when the bytes are no Shift_JIS: on the sign they would be a line of wrong characters.
+std::optional<QString> textInShiftJis(const QByteArray &bytes)
+{
+    if (isJapaneseInUtf8(bytes))
+        return std::nullopt;
+    const QString text = decodeShiftJis(bytes);
+    return text.contains(QChar::ReplacementCharacter) ? std::nullopt : std::optional(text);
 }
 
 } // namespace
@@ -74,9 +98,8 @@ bool InformationFile::makeReady() const
 std::optional<QStringList> InformationFile::readLines() const
 {
     const auto bytes = readPlainFile(path());
-    if (!bytes)
-        return std::nullopt;
-    return decodeShiftJis(*bytes).split(u'\n');
+    const auto text = bytes ? textInShiftJis(*bytes) : std::nullopt;
+    return text ? std::optional(text->split(u'\n')) : std::nullopt;
 }
 
 QString InformationFile::titleLine() const

@@ -29,7 +29,7 @@ public:
     InformationFile(QString folder, QString templatePath);
 
     /// Loads (or drops) the lines and begins again at line 1. A missing folder or file is made.
-    /// False when the file could not be read: then there are no lines.
+    /// False when the file could not be read or is no Shift_JIS: then there are no lines.
     bool prepareInfoMessages(bool load);
 
     /// The title line; empty when there is none.

@@ -277,8 +277,9 @@ void MessageList::setDispInfo(bool value)
 
 void MessageList::prepareInfoMessages(bool load)
 {
-    if (!information_.prepareInfoMessages(load))
-        setStatusText(localized(u"InformationFileError"_s));
+    const bool isRead = information_.prepareInfoMessages(load);
+    informationProblem_ = isRead ? QString() : localized(u"InformationFileError"_s);
+    notice_.changed();
 }
 
 void MessageList::setFontName(const QString &name)

@@ -133,6 +133,8 @@ public:
     /// Loads or drops the information lines too.
     void setDispInfo(bool value);
     void prepareInfoMessages(bool load);
+    /// What is wrong with the information file, as a sentence for the window; empty when nothing.
+    QString informationProblem() const { return informationProblem_; }
     /// Taken up by the board and the on-screen board at the next line.
     void setFontName(const QString &name);
     void setFontBoarder(int threshold);
@@ -195,6 +197,7 @@ private:
     FirstSeenMemory firstSeen_;
     LogBook logBook_;
     InformationFile information_;
+    QString informationProblem_; ///< main thread only
     LineDisplay display_;
     LedProgress ledProgress_;
     MessageSnapshot lastMSG_; ///< the list of the read before; touched by the reading thread only

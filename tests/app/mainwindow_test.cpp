@@ -52,6 +52,7 @@ private Q_SLOTS:
     void statusLine_countsFailedFeeds();
     void statusLine_forgetsFailuresOfDeletedFeeds();
     void statusLine_saysThatThereIsNothingToRead();
+    void statusLine_saysThatTheInformationFileIsNotRead();
     void closing_hidesWhereThereIsATray();
     void closing_quitsWhereThereIsNone();
     void secondLaunch_bringsUpAHiddenWindow();
@@ -392,6 +393,27 @@ void MainWindowTest::statusLine_saysThatThereIsNothingToRead()
     p.press(Qt::Key_F5);
     QCOMPARE(p.find<QLabel>(u"statusText"_s)->text(), localized(u"NoFeedsToRead"_s));
     QVERIFY(!p.find(u"progressIndi"_s)->isVisible());
+}
+
+void MainWindowTest::statusLine_saysThatTheInformationFileIsNotRead()
+{
+    WindowedProgram p;
+    p.addFeed(feedA, {u"1"_s});
+    const QString documents = p.folder.filePath(u"docs"_s);
+    QVERIFY(QDir().mkpath(documents));
+    QFile file(documents + u"/Information.txt"_s);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(u"本日休業"_s.toUtf8());
+    file.close();
+    p.defaults.setBool(true, u"DispInfoMessages"_s);
+    p.launchOnTab(tab::message); // the read at launch has other things to say first
+    const auto *status = p.find<QLabel>(u"statusText"_s);
+    QCOMPARE(status->text(), localized(u"InformationFileError"_s));
+    QVERIFY(p.find(u"statusWarning"_s)->isVisible());
+    p.msgList.setDispInfo(false);
+    QVERIFY(file.remove());
+    p.msgList.setDispInfo(true); // begins with the program's own text
+    QTRY_COMPARE(status->text(), QString());
 }
 
 void MainWindowTest::closing_hidesWhereThereIsATray()

@@ -79,6 +79,9 @@ private Q_SLOTS:
         QTest::addColumn<QStringList>("lines");
         QTest::newRow("Shift_JIS")
             << encodeShiftJisLossy(u"お知らせ\n表示"_s) << QStringList{u"お知らせ"_s, u"表示"_s};
+        // The two bytes are one character of UTF-8, but none of Japanese.
+        QTest::newRow("Shift_JIS that could be UTF-8")
+            << QByteArray("\xC2\xB1") << QStringList{u"ﾂｱ"_s};
         QTest::newRow("line end at the end gives an empty line")
             << QByteArray("a\nb\n") << QStringList{u"a"_s, u"b"_s, u""_s};
         QTest::newRow("CR LF keeps the CR")
@@ -156,6 +159,28 @@ private Q_SLOTS:
         QVERIFY(house.information.prepareInfoMessages(true));
         house.information.setPresentInfo(index);
         QCOMPARE(house.information.interleaved().kind == Kind::IndexError, isError);
+    }
+
+    // Shown as it stands it would be a line of wrong characters on the sign.
+    void textInAnotherEncodingIsNotRead_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::newRow("UTF-8") << u"お知らせです\n本日休業"_s.toUtf8();
+        // Every pair of these bytes is a character of Shift_JIS too.
+        QTest::newRow("UTF-8 that could be Shift_JIS") << u"お知らせ"_s.toUtf8();
+        QTest::newRow("UTF-8 with its mark") << "\xEF\xBB\xBF" + u"お知らせ"_s.toUtf8();
+        QTest::newRow("UTF-16") << QByteArray("\xFF\xFE\x4A\x30",
+                                              4); // "お" behind the byte order mark
+        QTest::newRow("half a character at the end") << QByteArray("\x82\xA8\x82");
+    }
+
+    void textInAnotherEncodingIsNotRead()
+    {
+        QFETCH(QByteArray, bytes);
+        InformationHouse house;
+        house.writeUserFile(bytes);
+        QVERIFY(!house.information.prepareInfoMessages(true));
+        QVERIFY(house.information.infoMessages().isEmpty());
     }
 
     void whatIsNoPlainSmallFileIsNotRead_data()

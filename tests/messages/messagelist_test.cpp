@@ -352,10 +352,17 @@ private Q_SLOTS:
     {
         ListHouse house;
         QVERIFY(QDir().mkpath(house.documents() + u"/Information.txt"_s)); // a folder in its place
+        bool isTold = false;
+        house.list.changeNotice().listen([&] { isTold = true; });
         house.list.setDispInfo(true);
-        QCOMPARE(house.list.presentation()->statusText, localized(u"InformationFileError"_s));
+        house.mainThread.drain();
+        QVERIFY(isTold);
+        QCOMPARE(house.list.informationProblem(), localized(u"InformationFileError"_s));
         house.list.readRSSPages();
         QVERIFY(house.journal.take().isEmpty()); // no title line
+        QCOMPARE(house.list.informationProblem(), localized(u"InformationFileError"_s));
+        house.list.setDispInfo(false);
+        QCOMPARE(house.list.informationProblem(), QString());
     }
 };
 
