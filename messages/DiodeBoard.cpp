@@ -39,7 +39,7 @@ void paintDiodeGrid(QImage &picture, int cell)
     QPainter painter(&picture);
     for (int x = 0; x < picture.width(); x += cell)
         painter.fillRect(x, 0, width, picture.height(), black);
-    for (int y = 0; y < picture.height(); y += cell)
+    for (int y = cell - width; y < picture.height(); y += cell)
         painter.fillRect(0, y, picture.width(), width, black);
 }
 

@@ -32,8 +32,9 @@ struct DiodeGeometry
 /// The grey of a dot that is off.
 QColor diodeBoardGrey();
 
-/// Draws the black lines between the dots over the whole picture, at half strength. They are 0.5
-/// points wide, but at least one pixel, so that the dots stay apart on an ordinary screen.
+/// Draws the black lines between the dots over the whole picture, at half strength: along the left
+/// and the lower edge of each dot. They are 0.5 points wide, but at least one pixel, so that the
+/// dots stay apart on an ordinary screen.
 void paintDiodeGrid(QImage &picture, int cell);
 
 /// A board with every dot off; its device pixel ratio makes it 64 points high. Null for no columns.

@@ -88,6 +88,7 @@ class OnScreenBoardTest : public QObject
 
 private Q_SLOTS:
     void emptyBoardIsAGreyFieldWithAGrid();
+    void gridStandsAtTheLeftAndLowerEdgeOfEachDot();
     void gridPalesOnAShrunkBoard();
     void pictureHas128By64PointsForEachModule_data();
     void pictureHas128By64PointsForEachModule();
@@ -123,7 +124,7 @@ void OnScreenBoardTest::emptyBoardIsAGreyFieldWithAGrid()
     const QRgb grey = qRgb(51, 51, 51);
     for (int y = 0; y < picture.height(); ++y) {
         for (int x = 0; x < picture.width(); ++x) {
-            const bool line = x % 4 == 0 || y % 4 == 0;
+            const bool line = x % 4 == 0 || y % 4 == 3; // y runs upward from the lower edge
             if (line)
                 QVERIFY(qRed(picture.pixel(x, y)) <= 26);
             else
@@ -132,13 +133,25 @@ void OnScreenBoardTest::emptyBoardIsAGreyFieldWithAGrid()
     }
 }
 
+// Half a point is as wide as two pixels here.
+void OnScreenBoardTest::gridStandsAtTheLeftAndLowerEdgeOfEachDot()
+{
+    const QImage picture = emptyDiodeBoard(DiodeGeometry::of(1, 4));
+    constexpr int cell = 16;
+    QCOMPARE(picture.height(), 16 * cell);
+    for (int i = 0; i < cell; ++i) {
+        QCOMPARE(qRed(picture.pixel(cell + i, 8)) < 51, i < 2);
+        QCOMPARE(qRed(picture.pixel(8, cell + i)) < 51, i >= cell - 2);
+    }
+}
+
 void OnScreenBoardTest::gridPalesOnAShrunkBoard()
 {
     const QImage tiny = emptyDiodeBoard(DiodeGeometry::of(4, 0.25));
     QVERIFY(qRed(tiny.pixel(5, 5)) >= 38); // one pixel for each dot: all grid, and still grey
     const QImage half = emptyDiodeBoard(DiodeGeometry::of(4, 0.5));
-    QCOMPARE(qRed(half.pixel(1, 1)), 51);
-    QVERIFY(qRed(half.pixel(0, 1)) < 51 && qRed(half.pixel(0, 1)) >= 36);
+    QCOMPARE(qRed(half.pixel(1, 0)), 51);
+    QVERIFY(qRed(half.pixel(0, 0)) < 51 && qRed(half.pixel(0, 0)) >= 36);
 }
 
 void OnScreenBoardTest::pictureHas128By64PointsForEachModule_data()
