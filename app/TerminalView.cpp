@@ -59,7 +59,7 @@ void TerminalView::showFrame()
     if (sincePicture_.elapsed() < wait)
         return;
     sincePicture_.restart();
-    const QStringList rows = terminalBoard(*board_.frame(), terminalWidth());
+    const QStringList rows = terminalBoard(*board_.ledImage(), terminalWidth());
     QString text;
     if (isTerminal_ && rowsOnScreen_ > 0)
         text = u"\x1b[%1A"_s.arg(rowsOnScreen_);

@@ -31,7 +31,7 @@ void FirstSeenMemory::load()
         return;
     const auto now = clock_.calendarNow();
     const std::lock_guard lock(mutex_);
-    entries_.clear();
+    noDateMessages_.clear();
     resetIndex();
     for (const PropertyValue &value : *stored) {
         if (const auto *dictionary = value.get<PropertyDictionary>()) {
@@ -48,7 +48,7 @@ QString FirstSeenMemory::dateStringWithMessage(const QString &headline)
     const std::lock_guard lock(mutex_);
     const auto known = firstPlaces_.constFind(headline);
     const bool isKnown = known != firstPlaces_.cend();
-    const QString date = isKnown ? entries_[*known].date : dateText(now);
+    const QString date = isKnown ? noDateMessages_[*known].date : dateText(now);
     if (isForgettingDue(now))
         forgetTooOld(now);
     if (!isKnown)
@@ -64,8 +64,8 @@ bool FirstSeenMemory::storeChanges()
         const std::lock_guard lock(mutex_);
         if (!hasChanged_)
             return false;
-        stored.reserve(entries_.size());
-        for (const Entry &entry : entries_)
+        stored.reserve(noDateMessages_.size());
+        for (const Entry &entry : noDateMessages_)
             stored.emplace_back(
                 PropertyDictionary{{headlineKey, entry.headline}, {dateKey, entry.date}});
         hasChanged_ = false;
@@ -74,16 +74,16 @@ bool FirstSeenMemory::storeChanges()
     return true;
 }
 
-std::vector<FirstSeenMemory::Entry> FirstSeenMemory::entries() const
+std::vector<FirstSeenMemory::Entry> FirstSeenMemory::noDateMessages() const
 {
     const std::lock_guard lock(mutex_);
-    return entries_;
+    return noDateMessages_;
 }
 
 void FirstSeenMemory::append(const QString &headline, const QString &date, Clock::CalendarTime now)
 {
-    entries_.push_back({headline, date});
-    addToIndex(entries_.size() - 1, now);
+    noDateMessages_.push_back({headline, date});
+    addToIndex(noDateMessages_.size() - 1, now);
     hasChanged_ = true;
 }
 
@@ -96,10 +96,10 @@ bool FirstSeenMemory::isForgettingDue(Clock::CalendarTime now) const
 void FirstSeenMemory::forgetTooOld(Clock::CalendarTime now)
 {
     const auto isTooOld = [now](const Entry &entry) { return isTooOldDate(entry.date, now); };
-    if (std::erase_if(entries_, isTooOld) > 0)
+    if (std::erase_if(noDateMessages_, isTooOld) > 0)
         hasChanged_ = true;
     resetIndex();
-    for (std::size_t place = 0; place < entries_.size(); ++place)
+    for (std::size_t place = 0; place < noDateMessages_.size(); ++place)
         addToIndex(place, now);
 }
 
@@ -112,7 +112,7 @@ void FirstSeenMemory::resetIndex()
 
 void FirstSeenMemory::addToIndex(std::size_t place, Clock::CalendarTime now)
 {
-    const Entry &entry = entries_[place];
+    const Entry &entry = noDateMessages_[place];
     if (!firstPlaces_.contains(entry.headline))
         firstPlaces_.insert(entry.headline, place);
     if (const auto moment = dateWithString(entry.date, now)) {

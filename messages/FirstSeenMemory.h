@@ -41,7 +41,7 @@ public:
     /// Puts what has changed into the store, which is not yet made durable; false when nothing has.
     bool storeChanges();
 
-    std::vector<Entry> entries() const;
+    std::vector<Entry> noDateMessages() const;
 
 private:
     void append(const QString &headline, const QString &date, Clock::CalendarTime now);
@@ -55,7 +55,7 @@ private:
 
     std::mutex storeMutex_; ///< of two who store, the later list comes last; taken before the other
     mutable std::mutex mutex_;
-    std::vector<Entry> entries_;
+    std::vector<Entry> noDateMessages_;
     QHash<QString, std::size_t> firstPlaces_; ///< headline → the lowest place of its entries
     /// No entry is too old from the latest first-seen moment on until the first one turns too old.
     Clock::CalendarTime latestMoment_;

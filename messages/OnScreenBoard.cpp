@@ -41,8 +41,14 @@ public:
     }
 
     int scrollSpeed() const override { return board_.settings_.scrollSpeed(); }
-    int waitBefore() override { return waitInSteps(board_.settings_.ledSystem().waitBefore()); }
-    int waitAfter() override { return waitInSteps(board_.settings_.ledSystem().waitAfter()); }
+    int waitBeforeInterval() override
+    {
+        return waitInSteps(board_.settings_.ledSystem().waitBefore());
+    }
+    int waitAfterInterval() override
+    {
+        return waitInSteps(board_.settings_.ledSystem().waitAfter());
+    }
 
     bool drawStep(int offset) override
     {
@@ -83,7 +89,7 @@ OnScreenBoard::OnScreenBoard(const MessageSettings &settings, Clock &clock, Main
     : settings_(settings)
     , frameChanged_(mainThread)
     , fontName_(defaultFontName())
-    , frame_(std::make_shared<const QImage>())
+    , ledImage_(std::make_shared<const QImage>())
     , run_(clock)
 {}
 
@@ -111,10 +117,10 @@ void OnScreenBoard::setFontName(const QString &name)
     fontName_ = name;
 }
 
-OnScreenBoard::Frame OnScreenBoard::frame() const
+OnScreenBoard::Frame OnScreenBoard::ledImage() const
 {
     const std::lock_guard lock(mutex_);
-    return frame_;
+    return ledImage_;
 }
 
 void OnScreenBoard::publish(QImage picture)
@@ -122,7 +128,7 @@ void OnScreenBoard::publish(QImage picture)
     auto frame = std::make_shared<const QImage>(std::move(picture));
     {
         const std::lock_guard lock(mutex_);
-        frame_.swap(frame); // the picture before is let go outside the lock
+        ledImage_.swap(frame); // the picture before is let go outside the lock
     }
     frameChanged_.changed();
 }

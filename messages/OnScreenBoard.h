@@ -57,7 +57,7 @@ public:
 
     /// The picture now; never null, but holding a null image while the board has no modules. Its
     /// size divided by its device pixel ratio is the board's size in points. Any thread.
-    Frame frame() const;
+    Frame ledImage() const;
     /// Called on the main thread after the picture has changed.
     ChangeNotice &frameChanged() { return frameChanged_; }
 
@@ -72,7 +72,7 @@ private:
     std::atomic<double> pixelsPerPoint_ = 1;
     mutable std::mutex mutex_; ///< guards the two below; nothing is called under it
     QString fontName_;
-    Frame frame_;
+    Frame ledImage_;
     ScrollRun run_; ///< last: its thread uses everything above
 };
 

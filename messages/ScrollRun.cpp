@@ -71,7 +71,7 @@ void ScrollRun::show(StageMaker makeStage)
     const auto started = std::make_shared<std::latch>(1);
     const bool isStarted = worker_.start([this, started, make = std::move(makeStage)] {
         started->wait();
-        run(*make());
+        showStringThread(*make());
     });
     started->count_down();
     if (!isStarted)
@@ -92,19 +92,19 @@ bool ScrollRun::goesOn() const
 }
 
 // Every wait is made of steps too, so that a stop never waits for more than one.
-void ScrollRun::run(ScrollStage &stage)
+void ScrollRun::showStringThread(ScrollStage &stage)
 {
     const auto wait = [&](int steps) {
         Beat beat(clock_, stage.scrollSpeed());
         for (int i = 0; i < steps && beat.hasPauses() && goesOn(); ++i)
             beat.rest();
     };
-    wait(stage.waitBefore());
+    wait(stage.waitBeforeInterval());
     Beat beat(clock_, stage.scrollSpeed());
     for (int offset = 0; goesOn() && stage.drawStep(offset); offset += pointsPerStep)
         beat.rest();
     if (goesOn())
-        wait(stage.waitAfter());
+        wait(stage.waitAfterInterval());
 
     int expected = running;
     if (clock_.sleepsEnded() || !state_.compare_exchange_strong(expected, idle)) {

@@ -16,9 +16,9 @@ class ScrollStage
 public:
     virtual ~ScrollStage() = default;
 
-    virtual int scrollSpeed() const = 0; ///< one step lasts this many times 8 ms; 0: no pauses
-    virtual int waitBefore() = 0;        ///< steps to wait before the line; below 0 counts 0
-    virtual int waitAfter() = 0;         ///< steps to wait after the line; below 0 counts 0
+    virtual int scrollSpeed() const = 0;  ///< one step lasts this many times 8 ms; 0: no pauses
+    virtual int waitBeforeInterval() = 0; ///< steps to wait before the line; below 0 counts 0
+    virtual int waitAfterInterval() = 0;  ///< steps to wait after the line; below 0 counts 0
 
     /// Draws the line moved left by `offset` points; false when the line has passed at this offset
     /// (then nothing was drawn).
@@ -57,7 +57,7 @@ public:
 
 private:
     bool claim();
-    void run(ScrollStage &stage);
+    void showStringThread(ScrollStage &stage);
     bool goesOn() const;
 
     Clock &clock_;

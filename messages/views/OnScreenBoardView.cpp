@@ -34,7 +34,7 @@ OnScreenBoardView::OnScreenBoardView(OnScreenBoard &board, QWidget *parent)
     setAccessibleName(localized(u"LEDBoardView"_s));
     setAttribute(Qt::WA_OpaquePaintEvent);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
-    if (board_.frame()->isNull())
+    if (board_.ledImage()->isNull())
         board_.drawDiodeBoard();
     shownColumns_ = columns();
     board_.frameChanged().listen([view = QPointer(this)] {
@@ -45,7 +45,7 @@ OnScreenBoardView::OnScreenBoardView(OnScreenBoard &board, QWidget *parent)
 
 int OnScreenBoardView::columns() const
 {
-    const auto frame = board_.frame();
+    const auto frame = board_.ledImage();
     return int(std::lround(frame->deviceIndependentSize().width() / DiodeGeometry::pointsPerDot));
 }
 
@@ -117,7 +117,7 @@ void OnScreenBoardView::paintEvent(QPaintEvent *event)
     const QRectF field = fieldRect();
     if (!field.toAlignedRect().contains(event->rect()))
         paintHousing(painter, field);
-    const auto frame = board_.frame();
+    const auto frame = board_.ledImage();
     if (frame->isNull())
         return;
     // Both rectangles are of the same size in pixels except just after a resize.

@@ -36,7 +36,7 @@ struct MemoryHouse
     QString headlines() const
     {
         QStringList all;
-        for (const auto &entry : memory.entries())
+        for (const auto &entry : memory.noDateMessages())
             all.append(entry.headline);
         return all.join(u' ');
     }
@@ -154,7 +154,7 @@ private Q_SLOTS:
             const auto now = house.clock.calendarNow();
             const QString expected = walked.ask(headline, now);
             QCOMPARE(house.memory.dateStringWithMessage(headline), expected);
-            QVERIFY(house.memory.entries() == walked.entries);
+            QVERIFY(house.memory.noDateMessages() == walked.entries);
             house.clock.sleepFor(std::chrono::minutes(minutes(random)) + 7s);
             if (rare(random) == 0)
                 house.clock.setCalendar(now - std::chrono::minutes(minutes(random)));
@@ -209,7 +209,7 @@ private Q_SLOTS:
         for (int round = 0; round < 2; ++round)
             for (int i = 0; i < 100'000; ++i)
                 house.memory.dateStringWithMessage(QString::number(i));
-        QCOMPARE(house.memory.entries().size(), 100'000U);
+        QCOMPARE(house.memory.noDateMessages().size(), 100'000U);
     }
 
     // Of two who save at one moment none puts an older list over a newer one.
@@ -232,13 +232,13 @@ private Q_SLOTS:
         other.start([&] { askAndSave(u"other"_s, [] {}); });
         askAndSave(u"own"_s, [&] {
             const auto stored = house.defaults.arrayForKey(storeKey);
-            if (stored->size() != house.memory.entries().size())
+            if (stored->size() != house.memory.noDateMessages().size())
                 ++older;
         });
         other.join();
         QCOMPARE(older, 0);
         QVERIFY(!house.memory.storeChanges()); // nothing is left to store
-        const auto entries = house.memory.entries();
+        const auto entries = house.memory.noDateMessages();
         const auto stored = house.defaults.arrayForKey(storeKey);
         QCOMPARE(entries.size(), std::size_t(2 * rounds));
         QCOMPARE(stored->size(), entries.size());

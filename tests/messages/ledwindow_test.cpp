@@ -128,18 +128,18 @@ void LEDWindowTest::dotsLieOnWholePixels()
     const QRectF field = shown->boardView().fieldRect();
     QCOMPARE(field.size(), QSizeF(128 * cell, 16 * cell));
     QCOMPARE(field.topLeft(), QPointF(field.topLeft().toPoint()));
-    QCOMPARE(desk.board.frame()->size(), QSize(128 * cell, 16 * cell));
+    QCOMPARE(desk.board.ledImage()->size(), QSize(128 * cell, 16 * cell));
 }
 
 void LEDWindowTest::idleBoardIsDrawnAnewForANewSize()
 {
     Desk desk;
     const auto window = desk.shownWindow();
-    QCOMPARE(desk.board.frame()->size(), QSize(768, 96));
+    QCOMPARE(desk.board.ledImage()->size(), QSize(768, 96));
     window->resize(1200, 300);
     QCoreApplication::processEvents();
-    QCOMPARE(desk.board.frame()->size(), QSize(1152, 144));
-    QCOMPARE(desk.board.frame()->deviceIndependentSize(), QSizeF(512, 64));
+    QCOMPARE(desk.board.ledImage()->size(), QSize(1152, 144));
+    QCOMPARE(desk.board.ledImage()->deviceIndependentSize(), QSizeF(512, 64));
 }
 
 void LEDWindowTest::runningLineReachesTheWindow()

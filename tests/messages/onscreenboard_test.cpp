@@ -40,7 +40,7 @@ struct Desk
             clock.sleepFor(1ms);
         return int((clock.steadyNow() - start) / step);
     }
-    QImage picture() const { return *board.frame(); }
+    QImage picture() const { return *board.ledImage(); }
     bool isEmpty() const
     {
         return picture() ==
@@ -117,7 +117,7 @@ private Q_SLOTS:
 void OnScreenBoardTest::emptyBoardIsAGreyFieldWithAGrid()
 {
     Desk desk;
-    QVERIFY(desk.board.frame() != nullptr);
+    QVERIFY(desk.board.ledImage() != nullptr);
     QVERIFY(desk.picture().isNull());
     desk.board.drawDiodeBoard();
     const QImage picture = desk.picture();
@@ -497,11 +497,11 @@ void OnScreenBoardTest::everyStepMakesANewPicture()
     desk.settings.board.before = -1;
     desk.board.showString(u"漢字漢字漢字"_s);
     desk.clock.sleepFor(30 * step);
-    const auto held = desk.board.frame();
+    const auto held = desk.board.ledImage();
     const QImage copy = held->copy();
     desk.clock.sleepFor(30 * step);
     QCOMPARE(*held, copy);
-    QVERIFY(*desk.board.frame() != copy);
+    QVERIFY(*desk.board.ledImage() != copy);
 }
 
 QTEST_MAIN(OnScreenBoardTest)

@@ -70,8 +70,8 @@ public:
     {}
 
     int scrollSpeed() const override { return plan_.speed; }
-    int waitBefore() override { return plan_.before; }
-    int waitAfter() override { return plan_.after; }
+    int waitBeforeInterval() override { return plan_.before; }
+    int waitAfterInterval() override { return plan_.after; }
     bool drawStep(int offset) override
     {
         if (offset >= plan_.length)
@@ -356,8 +356,8 @@ void ScrollRunTest::randomCallersNeverMeet()
         }
         ~GuardedStage() override { --drawing_; }
         int scrollSpeed() const override { return 3; }
-        int waitBefore() override { return 2; }
-        int waitAfter() override { return 2; }
+        int waitBeforeInterval() override { return 2; }
+        int waitAfterInterval() override { return 2; }
         bool drawStep(int offset) override { return offset < length_; }
         void drawEmpty() override {}
 
