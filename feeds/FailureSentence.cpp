@@ -15,7 +15,8 @@ QString failureSentence(const RSSReader &reader)
     if (cause.isEmpty())
         return {};
     // In one step: an address may hold "%2".
-    return localized(u"FeedCannotBeRead"_s).arg(forWindow(reader.address()), forWindow(cause));
+    return localized(u"FeedCannotBeRead"_s)
+        .arg(lineForWindow(reader.address()), lineForWindow(cause));
 }
 
 } // namespace qovelmor

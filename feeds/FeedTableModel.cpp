@@ -31,14 +31,14 @@ FeedTableModel::FeedTableModel(RSSList &list, FeedListActions &actions, QObject 
 std::vector<FeedTableModel::Row> FeedTableModel::presentRows() const
 {
     const auto orDash = [](const std::optional<QString> &text) {
-        return text ? forWindow(*text) : u"-"_s;
+        return text ? lineForWindow(*text) : u"-"_s;
     };
     const RSSList::ReaderList readers = list_.tableReaders();
     std::vector<Row> rows;
     rows.reserve(readers.size());
     for (const RSSList::Reader &reader : readers) {
         rows.push_back({reader, reader->validate(), reader->statusString(), orDash(reader->date()),
-                        orDash(reader->name()), forWindow(reader->address()),
+                        orDash(reader->name()), lineForWindow(reader->address()),
                         reader->lastErrorCause()});
     }
     return rows;

@@ -77,7 +77,7 @@ QVariant MessageTableModel::data(const QModelIndex &index, int role) const
     if (!index.isValid() || index.row() >= rowCount())
         return {};
     if (role == Qt::DisplayRole)
-        return forWindow(cellText(index.row(), index.column()));
+        return cellText(index.row(), index.column());
     if (role == Qt::FontRole && (*messages_)[static_cast<std::size_t>(index.row())].isNew) {
         QFont bold;
         bold.setBold(true);
@@ -93,11 +93,12 @@ QString MessageTableModel::cellText(int row, int column) const
     case MSGPresent:
         return row == markedRow_ ? u"▶"_s : QString::number(row + 1);
     case MSGDate: // the asterisk says that this is a first-seen time
-        return isFilled(message.date) ? *message.date : u'*' + firstSeen_(message.headline);
+        return isFilled(message.date) ? lineForWindow(*message.date)
+                                      : u'*' + firstSeen_(message.headline);
     case MSGTitle:
-        return message.siteName.value_or(QString());
+        return lineForWindow(message.siteName.value_or(QString()));
     default: // the asterisk says that there is a description
-        return (isFilled(message.description) ? u'*' : u' ') + message.headline;
+        return (isFilled(message.description) ? u'*' : u' ') + lineForWindow(message.headline);
     }
 }
 

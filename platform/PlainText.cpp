@@ -48,9 +48,22 @@ QString forWindow(const QString &text)
     return withoutDirectionMarks(withoutControls(text));
 }
 
+QString beginning(const QString &text, qsizetype length)
+{
+    if (text.size() <= length)
+        return text;
+    return text.left(length > 0 && text[length - 1].isHighSurrogate() ? length - 1 : length);
+}
+
+QString lineForWindow(const QString &text)
+{
+    return text.size() <= lineCharacters ? forWindow(text)
+                                         : forWindow(beginning(text, lineCharacters)) + u'…';
+}
+
 QString plainTooltip(const QString &text)
 {
-    return text.isEmpty() ? QString() : u"<p>"_s + forWindow(text).toHtmlEscaped() + u"</p>"_s;
+    return text.isEmpty() ? QString() : u"<p>"_s + lineForWindow(text).toHtmlEscaped() + u"</p>"_s;
 }
 
 } // namespace qovelmor

@@ -16,8 +16,20 @@ QString withoutDirectionMarks(const QString &text);
 /// cannot rearrange the text around it in a window.
 QString forWindow(const QString &text);
 
-/// Mark-up for a tooltip that shows the text as it is (forWindow): a tooltip takes what looks like
-/// mark-up for mark-up. Empty for an empty text, which means no tooltip.
+/// The first `length` characters of a text, all of a shorter one; a pair of surrogates stays whole
+/// or away.
+QString beginning(const QString &text, qsizetype length);
+
+/// What a line of a window shows of a text at most: more than a screen is wide. A window lays out
+/// the whole text each time it draws a part of it, and a feed may send a headline of megabytes.
+constexpr qsizetype lineCharacters = 1000;
+
+/// forWindow for one line of a window: of a text of more than lineCharacters the beginning and an
+/// ellipsis.
+QString lineForWindow(const QString &text);
+
+/// Mark-up for a tooltip that shows the text as it is (lineForWindow): a tooltip takes what looks
+/// like mark-up for mark-up. Empty for an empty text, which means no tooltip.
 QString plainTooltip(const QString &text);
 
 } // namespace qovelmor

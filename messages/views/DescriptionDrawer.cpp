@@ -6,6 +6,8 @@
 
 #include <QKeyEvent>
 
+#include <utility>
+
 namespace qovelmor {
 
 using namespace Qt::Literals::StringLiterals;
@@ -13,6 +15,8 @@ using namespace Qt::Literals::StringLiterals;
 namespace {
 constexpr int lowestDrawer = 48;
 constexpr int textMargin = 10;
+// More than anybody reads in a panel. One of megabytes would hold the window for many seconds.
+constexpr qsizetype longestDescription = 20'000;
 } // namespace
 
 DescriptionDrawer::DescriptionDrawer(const QString &name, QWidget *parent) : QPlainTextEdit(parent)
@@ -31,9 +35,27 @@ DescriptionDrawer::DescriptionDrawer(const QString &name, QWidget *parent) : QPl
 
 void DescriptionDrawer::showDescription(const QString &text)
 {
-    const QString plain = withoutDirectionMarks(text);
-    if (plain != toPlainText())
-        setPlainText(plain);
+    if (text == text_)
+        return; // not compared with toPlainText(), which has blanks for no-break spaces
+    text_ = text;
+    isLaidOut_ = false;
+    if (isVisible())
+        layOut();
+}
+
+// To lay out a text costs as much as to draw it, so a panel that is shut waits with it.
+void DescriptionDrawer::layOut()
+{
+    if (std::exchange(isLaidOut_, true))
+        return;
+    const QString shown = beginning(text_, longestDescription);
+    setPlainText(withoutDirectionMarks(shown.size() < text_.size() ? shown + u'…' : shown));
+}
+
+void DescriptionDrawer::showEvent(QShowEvent *event)
+{
+    layOut();
+    QPlainTextEdit::showEvent(event);
 }
 
 // While the panel has the keyboard, copying means its text and not a row of the table.

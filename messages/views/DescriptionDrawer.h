@@ -15,11 +15,19 @@ public:
     explicit DescriptionDrawer(const QString &name, QWidget *parent = nullptr);
 
     /// Taken as plain text, whatever it looks like, and without the marks that turn the direction
-    /// of writing. Text that is there already stays where it was scrolled to.
+    /// of writing; of a description as long as a book the beginning and an ellipsis. Text that is
+    /// there already stays where it was scrolled to.
     void showDescription(const QString &text);
 
 protected:
     bool event(QEvent *event) override;
+    void showEvent(QShowEvent *event) override;
+
+private:
+    void layOut();
+
+    QString text_;
+    bool isLaidOut_ = true;
 };
 
 } // namespace qovelmor

@@ -18,7 +18,7 @@ RSSTextField::RSSTextField(const QString &name, QWidget *parent) : QLabel(parent
 
 void RSSTextField::showText(const QString &text)
 {
-    const QString plain = forWindow(text);
+    const QString plain = lineForWindow(text);
     if (plain == this->text())
         return;
     setText(plain);

@@ -2,6 +2,7 @@
 #include "FeedListParts.h"
 #include "feeds/FeedTableModel.h"
 #include "platform/Localization.h"
+#include "platform/PlainText.h"
 
 #include <QAbstractItemModelTester>
 #include <QMimeData>
@@ -20,6 +21,7 @@ private Q_SLOTS:
     void columns();
     void cells();
     void cellText_isOnePlainLine();
+    void longTexts_areCutForTheView();
     void tooltip_saysTheCauseAsItStands();
     void checkBox_invertsTheFeed();
     void headerClick_invertsAll();
@@ -90,6 +92,20 @@ void FeedTableModelTest::cellText_isOnePlainLine()
     table.list.appendAddresses({u"http://n/"_s});
     table.mainThread.drain();
     QCOMPARE(table.text(0, FeedTableModel::Name), u"two lines turned"_s);
+}
+
+// The view lays out all that it is given, each time it draws a part of it.
+void FeedTableModelTest::longTexts_areCutForTheView()
+{
+    Table table(u"a"_s);
+    const QString book(1'000'000, u'x');
+    table.list.readerAt(0)->setName(book);
+    table.list.readerAt(0)->setAddress(book);
+    table.list.renewTableView();
+    table.mainThread.drain();
+    const QString shown = QString(lineCharacters, u'x') + u'…';
+    QCOMPARE(table.text(0, FeedTableModel::Name), shown);
+    QCOMPARE(table.text(0, FeedTableModel::Address), shown);
 }
 
 void FeedTableModelTest::tooltip_saysTheCauseAsItStands()

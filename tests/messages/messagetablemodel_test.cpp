@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "messages/MessageTableModel.h"
+#include "platform/PlainText.h"
 
 #include <QAbstractItemModelTester>
 #include <QFont>
@@ -86,6 +87,22 @@ private Q_SLOTS:
                                   0),
                    false);
         QCOMPARE(cell(model, 0, MessageTableModel::MSGString), u" <b>H</b>"_s);
+    }
+
+    // The view lays out all that it is given, each time it draws a part of it.
+    void longTextsAreCutForTheView()
+    {
+        const QString book(9'000'000, u'x');
+        MessageTableModel model([](const QString &) { return u"11/14 10:30"_s; });
+        model.show(presentationOf(std::make_shared<const MessageVector>(MessageVector{
+                                      {book, book, book, book, book}, {book, {}, {}, {}, {}}}),
+                                  0),
+                   false);
+        for (int row = 0; row < model.rowCount(); ++row)
+            for (int column = 0; column < model.columnCount(); ++column)
+                QVERIFY(cell(model, row, column).size() <= lineCharacters + 2);
+        QCOMPARE(cell(model, 0, MessageTableModel::MSGString),
+                 u'*' + QString(lineCharacters, u'x') + u'…');
     }
 
     void newMessagesAreBold()

@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: MIT
+#include "messages/views/DescriptionDrawer.h"
 #include "messages/views/IconedCell.h"
 #include "messages/views/RSSTextField.h"
 #include "messages/views/RSSView.h"
 #include "messages/views/WindowPlace.h"
+#include "platform/PlainText.h"
 
 #include <QPainter>
+#include <QScrollBar>
 #include <QSignalSpy>
 #include <QStandardItemModel>
 #include <QTest>
@@ -22,6 +25,10 @@ private Q_SLOTS:
     void textField_actsOnTheSecondClick();
     void textField_showsPlainTextOnOneLine();
     void textField_tellsWhatDoesNotFit();
+    void textField_takesTheBeginningOfALongText();
+    void drawer_keepsItsPlaceWhileTheTextIsTheSame();
+    void drawer_takesTheBeginningOfALongText();
+    void drawer_isFilledWhileItIsOpen();
     void iconedCell_fillsItselfWithItsImage();
     void iconedCell_withoutImageIsAnOrdinaryCell();
     void placeBeside_data();
@@ -96,6 +103,60 @@ void SmallViewsTest::textField_tellsWhatDoesNotFit()
     field.show();
     QCOMPARE(field.toolTip(), u"hint"_s);
     QVERIFY(field.minimumSizeHint().width() < 40); // a long text does not hold a window open
+}
+
+void SmallViewsTest::textField_takesTheBeginningOfALongText()
+{
+    RSSTextField field(u"field"_s);
+    field.showText(QString(1'000'000, u'x'));
+    QCOMPARE(field.text(), QString(lineCharacters, u'x') + u'…');
+}
+
+// Every notice of the list hands the description over once more.
+void SmallViewsTest::drawer_keepsItsPlaceWhileTheTextIsTheSame()
+{
+    DescriptionDrawer drawer(u"drawer"_s);
+    drawer.resize(300, 60);
+    drawer.show();
+    // What its toPlainText() gives back is another text.
+    const QString text = u"no-break\u00a0space, direction\u202e mark\n"_s.repeated(100);
+    drawer.showDescription(text);
+    QScrollBar *bar = drawer.verticalScrollBar();
+    bar->setValue(bar->maximum());
+    QVERIFY(bar->value() > 0);
+    const int place = bar->value();
+    drawer.showDescription(text);
+    QCOMPARE(bar->value(), place);
+    drawer.hide();
+    drawer.show();
+    QCOMPARE(bar->value(), place);
+    drawer.showDescription(text + u'x');
+    QCOMPARE(bar->value(), 0);
+}
+
+void SmallViewsTest::drawer_takesTheBeginningOfALongText()
+{
+    DescriptionDrawer drawer(u"drawer"_s);
+    drawer.show();
+    drawer.showDescription(QString(20'000, u'x'));
+    QCOMPARE(drawer.toPlainText(), QString(20'000, u'x'));
+    drawer.showDescription(QString(100'000, u'x'));
+    QCOMPARE(drawer.toPlainText(), QString(20'000, u'x') + u'…');
+}
+
+void SmallViewsTest::drawer_isFilledWhileItIsOpen()
+{
+    DescriptionDrawer drawer(u"drawer"_s);
+    drawer.showDescription(u"first"_s);
+    QCOMPARE(drawer.toPlainText(), QString());
+    drawer.show();
+    QCOMPARE(drawer.toPlainText(), u"first"_s);
+    drawer.hide();
+    drawer.showDescription(u"second"_s);
+    drawer.showDescription(QString());
+    QCOMPARE(drawer.toPlainText(), u"first"_s);
+    drawer.show();
+    QCOMPARE(drawer.toPlainText(), QString());
 }
 
 void SmallViewsTest::iconedCell_fillsItselfWithItsImage()

@@ -35,6 +35,41 @@ private Q_SLOTS:
 
     void forWindow_isOneLine() { QCOMPARE(forWindow(u"a\nb\u0085c\u2028d"_s), u"a b c d"_s); }
 
+    void lineOfAWindowHasAnEnd_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("line");
+        QTest::newRow("short") << u"a\nb\u202ec"_s << u"a bc"_s;
+        QTest::newRow("as long as it may be") << QString(1000, u'x') << QString(1000, u'x');
+        QTest::newRow("longer") << QString(1001, u'x') << QString(1000, u'x') + u'…';
+        QTest::newRow("a character of two halves at the end")
+            << QString(999, u'x') + u"😀😀"_s << QString(999, u'x') + u'…';
+        QTest::newRow("controls and marks at the end")
+            << QString(998, u'x') + u"\n\u202ebc"_s << QString(998, u'x') + u" …"_s;
+        QTest::newRow("empty") << QString() << QString();
+    }
+
+    void lineOfAWindowHasAnEnd()
+    {
+        QFETCH(QString, text);
+        QTEST(lineForWindow(text), "line");
+    }
+
+    void tooltipHasAnEnd()
+    {
+        QCOMPARE(plainTooltip(QString(1'000'000, u'x')),
+                 u"<p>"_s + QString(1000, u'x') + u"…</p>"_s);
+    }
+
+    void beginningOfAText()
+    {
+        QCOMPARE(beginning(u"abc"_s, 3), u"abc"_s);
+        QCOMPARE(beginning(u"abc"_s, 2), u"ab"_s);
+        QCOMPARE(beginning(u"abc"_s, 0), QString());
+        QCOMPARE(beginning(u"😀a"_s, 1), QString());
+        QCOMPARE(beginning(u"😀a"_s, 2), u"😀"_s);
+    }
+
     void systemLog_isOneLine()
     {
         QTest::ignoreMessage(QtWarningMsg, "read error of http://a/ 2026 all is well [31m");
