@@ -5,6 +5,7 @@
 #include "messages/CalendarText.h"
 #include "messages/DisplayLine.h"
 #include "messages/ReadCycle.h"
+#include "messages/RememberedMessages.h"
 #include "messages/RowText.h"
 #include "messages/needs/LineScreen.h"
 #include "messages/needs/MessageSettings.h"
@@ -16,6 +17,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
 namespace qovelmor {
 
@@ -170,7 +172,13 @@ void MessageList::keep(ReadOutcome outcome)
 // One durable write for the whole read, first-seen times included.
 bool MessageList::storeMessages(const MessageVector &messages)
 {
-    defaults_.setArray(toArray(messages), lastMessagesKey);
+    const auto shortened = shortenedForStore(messages);
+    if (shortened && !std::exchange(isShorteningSaid_, true)) {
+        systemLog(
+            logMessages(),
+            u"readRSSPages: too much text to remember, long descriptions are cut in the store"_s);
+    }
+    defaults_.setArray(toArray(shortened ? *shortened : messages), lastMessagesKey);
     firstSeen_.storeChanges();
     return defaults_.synchronize();
 }

@@ -201,6 +201,7 @@ private:
     LineDisplay display_;
     LedProgress ledProgress_;
     MessageSnapshot lastMSG_; ///< the list of the read before; touched by the reading thread only
+    bool isShorteningSaid_ = false; ///< touched by the reading thread only
     std::atomic<int> takenCount_ = 0;
 };
 

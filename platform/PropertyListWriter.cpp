@@ -58,6 +58,18 @@ QString escaped(const QString &text)
     return result;
 }
 
+// In UTF-8, with its share of an empty section.
+qint64 mostBytesOf(QChar c)
+{
+    constexpr qint64 bytesOfMarkup = 6;
+    const char16_t unit = c.unicode();
+    if (isMarkup(c))
+        return bytesOfMarkup;
+    if (unit < 0x80 && !isForbiddenInXml(c))
+        return 1;
+    return unit >= 0x80 && unit < 0x800 ? 2 : 3;
+}
+
 QByteArray xmlText(const QString &text)
 {
     return std::none_of(text.begin(), text.end(), needsCare) ? text.toUtf8()
@@ -75,6 +87,14 @@ QDateTime withinFormat(const QDateTime &date)
 }
 
 } // namespace
+
+qint64 PropertyListWriter::mostBytesOf(QStringView text)
+{
+    qint64 bytes = 0;
+    for (const QChar c : text)
+        bytes += qovelmor::mostBytesOf(c);
+    return bytes;
+}
 
 PropertyListWriter::PropertyListWriter(const PropertyListLimits &limits) : limits_(limits) {}
 

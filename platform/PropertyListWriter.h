@@ -17,6 +17,9 @@ public:
     bool write(const PropertyValue &root);
     const QByteArray &document() const { return document_; }
 
+    /// How many bytes a text takes at most, for those who keep what others send.
+    static qint64 mostBytesOf(QStringView text);
+
     /// Write one value; writeValue() chooses by its type.
     void operator()(bool flag);
     void operator()(qint64 number);

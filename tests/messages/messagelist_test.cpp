@@ -129,6 +129,57 @@ private Q_SLOTS:
         QCOMPARE(house.headlines(), QStringList(u"a"_s));
     }
 
+    // A feed of 110 kB is enough for it: an item with no description of its own has the one before.
+    void feedOfAnySize_leavesTheUsersEditsStorable()
+    {
+        ListHouse house;
+        const QString essay(70'000, u'長');
+        ListFeed &feed = house.feeds.add(u"http://a/"_s);
+        for (int i = 0; i < 1000; ++i) {
+            ItemRecord record = item(QString::number(i), u"11/14 10:30"_s);
+            record.description = essay;
+            feed.items.push_back(record);
+        }
+        QTest::ignoreMessage(
+            QtWarningMsg,
+            "readRSSPages: too much text to remember, long descriptions are cut in the store");
+        house.list.readRSSPages();
+        QCOMPARE(house.list.presentation()->statusText, QString()); // the save succeeded
+        QCOMPARE(house.list.msgList()->at(999).description.value_or(QString()), essay);
+        QTest::failOnWarning(QRegularExpression(u".*"_s)); // it is said once
+        house.list.readRSSPages();
+
+        house.defaults.setBool(false, u"UseRSSTimer"_s);
+        QVERIFY(house.defaults.synchronize());
+        UserDefaults reread(house.storePath());
+        QVERIFY(reread.hasKey(u"UseRSSTimer"_s));
+        QVERIFY(QFileInfo(house.storePath()).size() < 17 * 1024 * 1024);
+
+        QueueMainThread mainThread;
+        MessageList next({house.clock, mainThread, reread, house.sounds, house.documents(),
+                          house.templatePath()});
+        next.connect({house.feeds, house.settings, house.run, house.screen});
+        next.awakeFromNibx();
+        feed.items.resize(10);
+        feed.items.push_back(item(u"another"_s, u"11/14 10:30"_s));
+        next.readRSSPages();
+        for (const Message &message : *next.msgList())
+            QCOMPARE(message.isNew, message.headline == u"another"_s);
+    }
+
+    void listOfAnOrdinarySizeIsStoredAsItIs()
+    {
+        ListHouse house;
+        ListFeed &feed = house.feeds.add(u"http://a/"_s);
+        for (int i = 0; i < 100; ++i)
+            feed.items.push_back({QString::number(i), u"11/14 10:30"_s, QString(20'000, u'長'),
+                                  u"サイト"_s, u"http://a/"_s + QString::number(i)});
+        house.list.readRSSPages();
+        const UserDefaults stored(house.storePath());
+        QVERIFY(messagesFrom(stored.arrayForKey(lastMessages).value_or(PropertyArray())) ==
+                *house.list.msgList());
+    }
+
     void firstSeenTimesAreSavedWithTheRead()
     {
         ListHouse house;
