@@ -1,31 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "schedule/TimerDraft.h"
 
+#include "platform/TypedNumber.h"
+
 #include <algorithm>
 #include <limits>
 
 namespace qovelmor {
 
 namespace {
-
-constexpr qint64 largest = std::numeric_limits<std::int32_t>::max();
-
-/// The integer at the beginning of a text, blanks before it skipped; at most 32 bits wide.
-qint64 leadingInteger(const QString &text)
-{
-    const QString trimmed = text.trimmed();
-    const bool isNegative = trimmed.startsWith(u'-');
-    const bool hasSign = isNegative || trimmed.startsWith(u'+');
-    qint64 value = 0;
-    for (const QChar character : trimmed.mid(hasSign ? 1 : 0)) {
-        // digitValue() also reads the full-width digits that a Japanese keyboard gives.
-        const int digit = character.digitValue();
-        if (digit < 0)
-            break;
-        value = std::min(value * 10 + digit, largest);
-    }
-    return isNegative ? -value : value;
-}
 
 int columnOf(const TMRData &timer)
 {
@@ -66,7 +49,9 @@ TMRData timerFrom(const TimerDraft &draft)
     std::int32_t days = 0;
     for (std::size_t day = 0; day < draft.days.size(); ++day)
         days |= draft.days[day] ? 1 << day : 0;
-    const qint64 minutes = leadingInteger(draft.fireHour) * 60 + leadingInteger(draft.fireMinute);
+    constexpr qint64 largest = std::numeric_limits<std::int32_t>::max();
+    const qint64 minutes =
+        qint64{60} * typedInteger(draft.fireHour) + typedInteger(draft.fireMinute);
 
     TMRData timer;
     timer.setValidate(draft.validate);

@@ -3,6 +3,7 @@
 
 #include "messages/MessageList.h"
 #include "platform/Localization.h"
+#include "platform/TypedNumber.h"
 
 #include <QButtonGroup>
 #include <QCheckBox>
@@ -11,7 +12,6 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QRadioButton>
-#include <QRegularExpression>
 
 #include <functional>
 
@@ -28,13 +28,6 @@ QHBoxLayout *addRow(QFormLayout &form, const QString &labelKey)
     auto *row = new QHBoxLayout;
     form.addRow(new QLabel(localized(labelKey)), row);
     return row;
-}
-
-// What a text field's number is: the digits at its beginning, whatever follows.
-int leadingNumber(const QString &text)
-{
-    static const QRegularExpression number(u"^\\s*([+-]?\\d+)"_s);
-    return number.match(text).captured(1).toInt();
 }
 
 } // namespace
@@ -129,7 +122,7 @@ void MessageSwitchesView::takeLimit()
 {
     if (!maxMessages_->isModified())
         return; // the field was only left
-    msgList_.actMaxMessagesText(leadingNumber(maxMessages_->text()));
+    msgList_.actMaxMessagesText(typedInteger(maxMessages_->text()));
     renew();
 }
 
