@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <utility>
 
 namespace qovelmor {
 
@@ -101,15 +102,9 @@ void MessageSwitches::change(T DisplaySwitches::*field, const T &value)
     switches_ = std::move(changed);
 }
 
-void MessageSwitches::store(bool value, const QString &key)
+void MessageSwitches::store(PropertyValue value, const QString &key)
 {
-    defaults_.setBool(value, key);
-    defaults_.synchronize();
-}
-
-void MessageSwitches::store(int value, const QString &key)
-{
-    defaults_.setInteger(value, key);
+    defaults_.setValueIfChanged(std::move(value), key);
     defaults_.synchronize();
 }
 
@@ -177,8 +172,7 @@ void MessageSwitches::setDispInfo(bool value)
 void MessageSwitches::setFontName(const QString &value)
 {
     change(&DisplaySwitches::fontName, value);
-    defaults_.setString(value, fontNameKey);
-    defaults_.synchronize();
+    store(value, fontNameKey);
 }
 
 void MessageSwitches::setFontBoarder(int value)

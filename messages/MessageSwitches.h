@@ -2,6 +2,7 @@
 #pragma once
 
 #include "messages/MergeRules.h"
+#include "platform/PropertyValue.h"
 
 #include <QString>
 
@@ -62,8 +63,7 @@ public:
 private:
     template <typename T>
     void change(T DisplaySwitches::*field, const T &value);
-    void store(bool value, const QString &key);
-    void store(int value, const QString &key);
+    void store(PropertyValue value, const QString &key);
 
     UserDefaults &defaults_;
     mutable std::mutex mutex_;

@@ -23,6 +23,14 @@ struct UserDefaults::Impl
         return value != nullptr ? value : registered.find(key);
     }
 
+    void write(const PropertyValue *present, PropertyValue value, const QString &key)
+    {
+        if (present != nullptr && *present == value)
+            return;
+        written.set(key, std::move(value));
+        ++changes;
+    }
+
     // The written value where it can answer for a scalar, else the registered one.
     template <typename Result, typename Question>
     Result scalar(const QString &key, Question question) const
@@ -202,11 +210,13 @@ void UserDefaults::setDictionary(PropertyDictionary value, const QString &key)
 void UserDefaults::setValue(PropertyValue value, const QString &key)
 {
     const std::lock_guard lock(impl_->mutex);
-    const PropertyValue *present = impl_->written.find(key);
-    if (present != nullptr && *present == value)
-        return;
-    impl_->written.set(key, std::move(value));
-    ++impl_->changes;
+    impl_->write(impl_->written.find(key), std::move(value), key);
+}
+
+void UserDefaults::setValueIfChanged(PropertyValue value, const QString &key)
+{
+    const std::lock_guard lock(impl_->mutex);
+    impl_->write(impl_->find(key), std::move(value), key);
 }
 
 void UserDefaults::removeKey(const QString &key)

@@ -66,6 +66,9 @@ public:
     void setArray(PropertyArray value, const QString &key);
     void setDictionary(PropertyDictionary value, const QString &key);
     void setValue(PropertyValue value, const QString &key);
+    /// setValue, unless the written value or else the registered default is this one already: a
+    /// default is not written until it changes.
+    void setValueIfChanged(PropertyValue value, const QString &key);
     void removeKey(const QString &key);
 
     /// Writes the store durably (temporary file beside it, every byte checked, file and folder

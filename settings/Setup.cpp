@@ -203,10 +203,7 @@ void Setup::write(SettingField field)
         const std::lock_guard lock(valuesMutex_);
         return storedSetting(field, values_);
     }();
-    const QString key = settingKey(field);
-    // A factory default is not written until it changes.
-    if (services_.defaults.valueForKey(key) != value)
-        services_.defaults.setValue(std::move(value), key);
+    services_.defaults.setValueIfChanged(std::move(value), settingKey(field));
     services_.defaults.synchronize();
 }
 

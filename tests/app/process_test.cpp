@@ -2,6 +2,7 @@
 // The program as a process among others: without what it would like to have, told to end in every
 // way, and started twice.
 #include "RunningProgram.h"
+#include "platform/PropertyListFile.h"
 #include "tests/support/HttpServer.h"
 #include "tests/support/OwnMounts.h"
 
@@ -20,6 +21,17 @@ namespace {
 constexpr auto endsSoon = 30s;      // on a busy machine
 constexpr auto endsInOrder = 2s;    // after a signal, without a board
 constexpr int happensSoon = 30'000; // ms
+
+QStringList keysIn(const QString &storePath)
+{
+    QStringList keys;
+    const auto root = readPropertyListFile(storePath).root;
+    if (const auto *values = root ? root->get<PropertyDictionary>() : nullptr) {
+        for (const PropertyEntry &entry : values->entries())
+            keys.append(entry.key);
+    }
+    return keys;
+}
 
 /// Whether the process has asked to be told of SIGTERM: then its event loop is about to run.
 bool isListening(const RunningProgram &program)
@@ -103,6 +115,25 @@ private Q_SLOTS:
         QCOMPARE(program.waitForEnd(endsInOrder), 0);
         QVERIFY(program.logBook().endsWith(u" システム:QoVelmarRSS終了\n"_s));
         QVERIFY(program.isStoreWhole());
+    }
+
+    void startAndQuit_writeNoDefaults()
+    {
+        RunningProgram program;
+        addFeed(program);
+        program.set(u"DisplayAuto"_s, true);
+        QVERIFY(program.writeProfile());
+        QStringList expected = keysIn(program.profilePath());
+        QVERIFY(!expected.isEmpty());
+        QVERIFY(program.startAgain());
+        QTRY_VERIFY_WITH_TIMEOUT(program.logBook().contains(u" RSS表示:"_s), happensSoon);
+        QCOMPARE(program.terminate(endsSoon), 0);
+        // What was read, and where the windows stood.
+        expected << u"LastRSSMessages"_s << u"NoDateMessages"_s << u"MainWindowGeometry"_s
+                 << u"LEDWindowGeometry"_s << u"LEDWindowDrawerHeight"_s
+                 << u"LEDWindowDrawerOpen"_s;
+        for (const QString &key : keysIn(program.profilePath()))
+            QVERIFY2(expected.contains(key), qPrintable(key));
     }
 
     void severalStartsAtOnce_leaveOneProgram()

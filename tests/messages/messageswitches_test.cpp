@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "messages/MessageSwitches.h"
 #include "messages/MessageViewSettings.h"
+#include "platform/PropertyListFile.h"
 #include "platform/UserDefaults.h"
 
 #include <QTemporaryDir>
@@ -82,6 +83,25 @@ private Q_SLOTS:
         MessageSwitches next(reread);
         next.load();
         QCOMPARE(get(*next.snapshot()).toInteger(), changed.toLongLong());
+    }
+
+    // Launch hands the threshold on through its setter.
+    void defaultIsNotWrittenUntilItChanges()
+    {
+        QTemporaryDir folder;
+        UserDefaults defaults(folder.filePath(u"store.plist"_s));
+        MessageSwitches switches(defaults);
+        switches.load();
+        switches.setFontBoarder(72);
+        switches.setFontName(u"HiraMinPro-W3"_s);
+        switches.setIsDispDate(true);
+        switches.setMaxMessages(10);
+        QVERIFY(!QFile::exists(defaults.path()));
+        switches.setFontBoarder(80);
+        switches.setFontBoarder(72); // a change back is one
+        const auto written = readPropertyListFile(defaults.path()).root;
+        QVERIFY(written);
+        QVERIFY(*written == PropertyDictionary({{u"FontBoarderValue"_s, 72}}));
     }
 
     void fontName()

@@ -57,6 +57,19 @@ private Q_SLOTS:
         QCOMPARE(store.integerForKey(u"OlderHours"_s), 48);
     }
 
+    void registeredDefaults_areWrittenWhenTheyChange()
+    {
+        UserDefaults store(path_);
+        store.registerDefaults({{u"OlderHours"_s, 72}});
+        store.setValueIfChanged(72, u"OlderHours"_s);
+        QVERIFY(store.synchronize());
+        QVERIFY(!QFile::exists(path_));
+        store.setValueIfChanged(48, u"OlderHours"_s);
+        store.setValueIfChanged(72, u"OlderHours"_s); // back, and so it is one
+        QVERIFY(store.synchronize());
+        QVERIFY(UserDefaults(path_).hasKey(u"OlderHours"_s));
+    }
+
     void everyType_survivesTheFile()
     {
         const PropertyArray list{1, u"二"_s, PropertyDictionary{{u"k"_s, 0.5}}};
