@@ -77,7 +77,7 @@ ListTable::ListTable(QAbstractItemModel &model, const Names &names)
     connect(selectionModel(), &QItemSelectionModel::selectionChanged, this,
             [this] { Q_EMIT selectedRowChanged(selectedRow()); });
     connect(this, &QTableView::doubleClicked, this, [this](const QModelIndex &index) {
-        if (!isCheckBox(index)) // two quick clicks there turn it twice
+        if (isLeftClick_ && !isCheckBox(index)) // two quick clicks there turn it twice
             Q_EMIT openRequested(index.row(), QGuiApplication::keyboardModifiers());
     });
 }
@@ -220,6 +220,7 @@ void ListTable::keyPressEvent(QKeyEvent *event)
 // A menu that a key asks for opens below the row it is for.
 void ListTable::openRowMenu()
 {
+    scrollTo(currentIndex());
     const QRect row = visualRect(currentIndex());
     const QPoint place = viewport()->mapToGlobal(row.isValid() ? row.bottomLeft() : QPoint());
     QContextMenuEvent asked(QContextMenuEvent::Keyboard, mapFromGlobal(place), place);
@@ -240,6 +241,12 @@ void ListTable::mousePressEvent(QMouseEvent *event)
     if (!indexAt(event->position().toPoint()).isValid())
         clearRow();
     QTableView::mousePressEvent(event);
+}
+
+void ListTable::mouseDoubleClickEvent(QMouseEvent *event)
+{
+    isLeftClick_ = event->button() == Qt::LeftButton; // its signal is the same for all buttons
+    QTableView::mouseDoubleClickEvent(event);
 }
 
 void ListTable::dragEnterEvent(QDragEnterEvent *event)

@@ -52,7 +52,7 @@ public:
 
 Q_SIGNALS:
     void selectedRowChanged(int row);
-    /// A double click on a row (not in its check box), or Return.
+    /// A double click of the left button on a row (not in its check box), or Return.
     void openRequested(int row, Qt::KeyboardModifiers modifiers);
     void deleteRequested();
     void copyRequested();
@@ -63,6 +63,7 @@ protected:
     bool event(QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
+    void mouseDoubleClickEvent(QMouseEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
     void dragEnterEvent(QDragEnterEvent *event) override;
     void dragMoveEvent(QDragMoveEvent *event) override;
@@ -78,6 +79,7 @@ private:
 
     QLabel *emptyState_;
     bool isColumnResized_ = false;
+    bool isLeftClick_ = false; ///< the double click that is being handled
 };
 
 } // namespace qovelmor
