@@ -7,6 +7,7 @@
 #include "messages/views/WindowPlace.h"
 #include "platform/Localization.h"
 #include "platform/UserDefaults.h"
+#include "platform/views/FittedPlace.h"
 
 #include <QAction>
 #include <QCloseEvent>
@@ -189,7 +190,7 @@ void LEDWindow::restorePlace()
 {
     if (const auto height = defaults_.integerForKey(drawerHeightKey); height >= lowestDrawer)
         drawerHeight_ = int(std::min<qint64>(height, highestDrawer));
-    if (!restoreGeometry(defaults_.dataForKey(geometryKey)))
+    if (!restoreFitted(*this, defaults_.dataForKey(geometryKey)))
         takeFirstPlace();
     else if (defaults_.boolForKey(drawerOpenKey) && !isMaximized() && !isFullScreen())
         resize(width(), height() - heightOfOpenDrawer());

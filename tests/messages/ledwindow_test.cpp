@@ -81,6 +81,7 @@ private Q_SLOTS:
     void descriptionIsPlainText();
     void placeIsRemembered_data();
     void placeIsRemembered();
+    void placeOfALargerScreenIsFittedIn();
     void absurdStoredPlaceDoesNoHarm();
     void aDragIsStoredOnce();
     void boardWithoutModulesIsAnEmptyHousing();
@@ -247,6 +248,7 @@ void LEDWindowTest::descriptionIsPlainText()
     Desk desk;
     const auto window = desk.shownWindow();
     const auto *drawer = window->findChild<QPlainTextEdit *>(u"ledDrawer"_s);
+    window->setDrawerOpen(true);
     window->setDescription(u"<b>太字</b> &amp; <script>x</script>"_s);
     QCOMPARE(drawer->toPlainText(), u"<b>太字</b> &amp; <script>x</script>"_s);
     QVERIFY(drawer->isReadOnly());
@@ -281,6 +283,18 @@ void LEDWindowTest::placeIsRemembered()
     QVERIFY(QTest::qWaitForWindowExposed(&window));
     QCOMPARE(window.boardView().size(), board);
     QCOMPARE(board.width(), 700);
+}
+
+void LEDWindowTest::placeOfALargerScreenIsFittedIn()
+{
+    Desk desk;
+    const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
+    QWidget elsewhere;
+    elsewhere.setGeometry(
+        QRect(screen.bottomRight() + QPoint(500, 500), screen.size() + QSize(400, 400)));
+    desk.defaults.setData(elsewhere.saveGeometry(), u"LEDWindowGeometry"_s);
+    const auto window = desk.shownWindow();
+    QVERIFY(screen.contains(window->geometry()));
 }
 
 void LEDWindowTest::absurdStoredPlaceDoesNoHarm()
