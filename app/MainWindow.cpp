@@ -14,17 +14,15 @@
 #include "platform/Localization.h"
 #include "platform/SystemLog.h"
 #include "platform/UserDefaults.h"
+#include "platform/views/Alert.h"
 #include "platform/views/FittedPlace.h"
 #include "platform/views/ListTable.h"
-#include "platform/views/PlainAlert.h"
-#include "platform/views/WideAlert.h"
 #include "settings/Setup.h"
 
 #include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QMenuBar>
-#include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
 #include <QScreen>
@@ -199,18 +197,12 @@ void MainWindow::showProblems()
 
 void MainWindow::showAbout()
 {
-    auto *about = new QMessageBox(this);
-    about->setObjectName(u"aboutDialog"_s);
-    about->setWindowTitle(localized(u"MenuAbout"_s).remove(u"(&A)"_s));
-    about->setIconPixmap(windowIcon().pixmap(64));
-    about->setText(localized(u"AboutText"_s).arg(QCoreApplication::applicationVersion()));
-    about->setInformativeText(localized(u"AboutInfo"_s));
-    keepTextsPlain(*about);
-    about->addButton(localized(u"Understand"_s), QMessageBox::AcceptRole)
-        ->setObjectName(u"aboutButton"_s);
-    about->setAttribute(Qt::WA_DeleteOnClose);
-    widen(*about);
-    about->open();
+    Alert about{u"aboutDialog"_s,
+                localized(u"AboutText"_s).arg(QCoreApplication::applicationVersion()),
+                localized(u"AboutInfo"_s), localized(u"Understand"_s)};
+    about.windowTitle = localized(u"MenuAbout"_s).remove(u"(&A)"_s);
+    about.picture = windowIcon().pixmap(64);
+    openAlert(*this, about);
 }
 
 void MainWindow::closeEvent(QCloseEvent *event)

@@ -10,13 +10,10 @@
 #include "messages/views/LEDWindow.h"
 #include "messages/views/MessageListView.h"
 #include "platform/UserDefaults.h"
-#include "platform/views/PlainAlert.h"
-#include "platform/views/WideAlert.h"
+#include "platform/views/Alert.h"
 
 #include <QApplication>
 #include <QClipboard>
-#include <QMessageBox>
-#include <QPushButton>
 #include <QScreen>
 #include <QSplitter>
 #include <QTabWidget>
@@ -206,16 +203,13 @@ void MainWindow::updateControls()
 void MainWindow::showAlert(const QString &title, const QString &text, const QString &button,
                            std::function<void()> answered)
 {
-    auto *alert = new QMessageBox(QMessageBox::Warning, title, title, QMessageBox::NoButton, this);
-    alert->setObjectName(u"alert"_s);
-    alert->setInformativeText(text);
-    keepTextsPlain(*alert);
-    alert->addButton(button, QMessageBox::AcceptRole)->setObjectName(u"alertButton"_s);
-    alert->setAttribute(Qt::WA_DeleteOnClose);
-    widen(*alert);
+    const Alert alert{u"alert"_s, title, text, button};
+    // What the sign's window asked for is answered there, and the keyboard goes back to it. An
+    // answer that the program waits for stands over the main window, which nobody hides meanwhile.
     if (answered)
-        connect(alert, &QDialog::finished, this, [answered = std::move(answered)] { answered(); });
-    alert->open();
+        openAlert(*this, alert, [answered = std::move(answered)](bool) { answered(); });
+    else
+        openAlert(ledWindow_.isActiveWindow() ? static_cast<QWidget &>(ledWindow_) : *this, alert);
 }
 
 void MainWindow::terminate()

@@ -3,7 +3,7 @@
 
 #include "feeds/AddressFile.h"
 #include "platform/Localization.h"
-#include "platform/views/Confirmation.h"
+#include "platform/views/Alert.h"
 
 #include <QDir>
 #include <QFileDialog>
@@ -63,14 +63,14 @@ void AddressFilePanel::openForSave(const FeedFilePanel &panel, Chosen chosen)
             chosen(path); // the dialog itself has asked about a file of just this name
             return;
         }
-        openConfirmation(parent_,
-                         {u"replaceFileAlert"_s, localized(u"ReplaceFile"_s),
-                          localized(u"ReplaceFileInfo"_s).arg(QFileInfo(written).fileName()),
-                          localized(u"Replace"_s), u"Cancel"_s},
-                         [path, chosen](bool isAccepted) {
-                             if (isAccepted)
-                                 chosen(path);
-                         });
+        openAlert(parent_,
+                  {u"replaceFileAlert"_s, localized(u"ReplaceFile"_s),
+                   localized(u"ReplaceFileInfo"_s).arg(QFileInfo(written).fileName()),
+                   localized(u"Replace"_s), u"Cancel"_s},
+                  [path, chosen](bool isAccepted) {
+                      if (isAccepted)
+                          chosen(path);
+                  });
     });
 }
 

@@ -7,7 +7,7 @@
 #include "feeds/views/ImportPanel.h"
 #include "platform/Localization.h"
 #include "platform/PlainText.h"
-#include "platform/views/Confirmation.h"
+#include "platform/views/Alert.h"
 #include "platform/views/ListTable.h"
 
 #include <QAction>
@@ -288,10 +288,10 @@ void FeedListView::closeAddressDialog()
 
 void FeedListView::openDeleteAlert(const FeedAlert &alert)
 {
-    openConfirmation(*this,
-                     {u"deleteRSSURLAlert"_s, alert.title, alert.informative, alert.deleteButton,
-                      alert.cancelButton},
-                     [this](bool isDeletion) { actions_.deleteRSSURLAnswered(isDeletion); });
+    openAlert(*this,
+              {u"deleteRSSURLAlert"_s, alert.title, alert.informative, alert.deleteButton,
+               alert.cancelButton},
+              [this](bool isDeletion) { actions_.deleteRSSURLAnswered(isDeletion); });
 }
 
 void FeedListView::openLoadPanel(const FeedFilePanel &panel)

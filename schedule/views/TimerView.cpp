@@ -2,7 +2,7 @@
 #include "schedule/views/TimerView.h"
 
 #include "platform/Localization.h"
-#include "platform/views/Confirmation.h"
+#include "platform/views/Alert.h"
 #include "platform/views/ListTable.h"
 #include "schedule/RSSTimer.h"
 #include "schedule/views/TimerDialog.h"
@@ -205,10 +205,10 @@ void TimerView::closeDialog()
 
 void TimerView::openDeleteAlert(const TimerAlert &contents)
 {
-    openConfirmation(*this,
-                     {u"deleteTimerAlert"_s, contents.title, contents.informative,
-                      contents.deleteButton, contents.cancelButton},
-                     [this](bool isDeletion) { schedule_.deleteTimerAnswered(isDeletion); });
+    openAlert(*this,
+              {u"deleteTimerAlert"_s, contents.title, contents.informative, contents.deleteButton,
+               contents.cancelButton},
+              [this](bool isDeletion) { schedule_.deleteTimerAnswered(isDeletion); });
 }
 
 } // namespace qovelmor

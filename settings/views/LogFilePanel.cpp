@@ -2,7 +2,7 @@
 #include "settings/views/LogFilePanel.h"
 
 #include "platform/Localization.h"
-#include "platform/views/Confirmation.h"
+#include "platform/views/Alert.h"
 #include "settings/needs/SettingsWindow.h"
 
 #include <QFileDialog>
@@ -18,14 +18,14 @@ using Chosen = std::function<void(const QString &)>;
 
 void askBeforeReplacing(QWidget &parent, const QString &path, const Chosen &chosen)
 {
-    openConfirmation(parent,
-                     {u"logFileExistsAlert"_s, localized(u"LogFileExists"_s),
-                      localized(u"LogFileExistsInfo"_s).arg(path), localized(u"Replace"_s),
-                      localized(u"Cancel"_s)},
-                     [path, chosen](bool isAccepted) {
-                         if (isAccepted)
-                             chosen(path);
-                     });
+    openAlert(parent,
+              {u"logFileExistsAlert"_s, localized(u"LogFileExists"_s),
+               localized(u"LogFileExistsInfo"_s).arg(path), localized(u"Replace"_s),
+               localized(u"Cancel"_s)},
+              [path, chosen](bool isAccepted) {
+                  if (isAccepted)
+                      chosen(path);
+              });
 }
 
 /// The folder, or the nearest one above it that exists: the log's own is made with the first log.

@@ -4,8 +4,7 @@
 #include "platform/BrowserList.h"
 #include "platform/LinkOpener.h"
 #include "platform/Localization.h"
-#include "platform/views/PlainAlert.h"
-#include "platform/views/WideAlert.h"
+#include "platform/views/Alert.h"
 #include "settings/Setup.h"
 #include "settings/views/BoardGroup.h"
 #include "settings/views/BrowserGroup.h"
@@ -18,8 +17,6 @@
 #include "settings/views/SettingControls.h"
 #include "settings/views/SoundGroup.h"
 
-#include <QMessageBox>
-#include <QPushButton>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QVBoxLayout>
@@ -204,16 +201,11 @@ void SettingsView::showBrowser(const QString &desktopFile)
 void SettingsView::openAlert(const QString &message, const QString &informative,
                              const QString &button)
 {
-    const auto icon = informative.isEmpty() ? QMessageBox::Information : QMessageBox::Warning;
-    auto *alert =
-        new QMessageBox(icon, window()->windowTitle(), message, QMessageBox::NoButton, window());
-    alert->setObjectName(u"alert"_s);
-    alert->setInformativeText(informative);
-    keepTextsPlain(*alert);
-    alert->addButton(button, QMessageBox::AcceptRole)->setObjectName(u"alertButton"_s);
-    alert->setAttribute(Qt::WA_DeleteOnClose);
-    widen(*alert);
-    alert->open();
+    Alert alert{u"alert"_s, message, informative, button};
+    alert.windowTitle = window()->windowTitle();
+    if (informative.isEmpty())
+        alert.icon = QMessageBox::Information;
+    qovelmor::openAlert(*window(), alert);
 }
 
 void SettingsView::openLogFilePanel(const FilePanel &panel)

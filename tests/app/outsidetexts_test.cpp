@@ -5,7 +5,7 @@
 #include "WindowedProgram.h"
 #include "app/StartupWindow.h"
 #include "platform/PlainText.h"
-#include "platform/views/Confirmation.h"
+#include "platform/views/Alert.h"
 
 #include <QAbstractButton>
 #include <QAbstractItemView>
@@ -178,8 +178,7 @@ private Q_SLOTS:
         WindowedProgram p;
         p.launch();
         if (asks)
-            openConfirmation(p.mainWindow, {u"question"_s, outside, outside, u"A"_s, u"B"_s},
-                             [](bool) {});
+            openAlert(p.mainWindow, {u"question"_s, outside, outside, u"A"_s, u"B"_s}, [](bool) {});
         else
             p.mainWindow.showAlert(outside, outside, u"了解"_s, {});
         auto *alert = p.mainWindow.findChild<QMessageBox *>();

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "WindowedProgram.h"
 
+#include <QMessageBox>
 #include <QScreen>
 
 using namespace qovelmor;
@@ -14,6 +15,7 @@ class WindowManagerTest : public QObject
 private Q_SLOTS:
     void firstStart_showsTheSignBesideTheMainWindow();
     void theMainWindowKeepsTheKeys();
+    void alertOfTheSign_givesTheKeysBack();
     void minimizedWindow_comesBack();
     void placeIsKept();
 };
@@ -43,6 +45,20 @@ void WindowManagerTest::theMainWindowKeepsTheKeys()
     p.click(u"drawerButton"_s);
     QVERIFY(QTest::qWaitForWindowExposed(&p.ledWindow));
     QTRY_VERIFY(p.mainWindow.isActiveWindow());
+}
+
+void WindowManagerTest::alertOfTheSign_givesTheKeysBack()
+{
+    WindowedProgram p;
+    p.launch();
+    QVERIFY(QTest::qWaitForWindowExposed(&p.ledWindow));
+    p.ledWindow.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&p.ledWindow));
+    p.control.siteAccessErrorAlert();
+    auto *alert = p.find<QMessageBox>(u"alert"_s);
+    QVERIFY(QTest::qWaitForWindowActive(alert));
+    p.click(u"alertButton"_s);
+    QTRY_VERIFY(p.ledWindow.isActiveWindow());
 }
 
 void WindowManagerTest::minimizedWindow_comesBack()

@@ -173,7 +173,7 @@ std::vector<Stage> alerts()
         remark(u"communication test"_s, u"alert"_s, u"alertButton"_s,
                inTurn({[](AllWindows &p) { p.press(Qt::Key_Comma, Qt::ControlModifier); },
                        clicked(mainWindow, u"actComPortTest"_s)})),
-        remark(u"about"_s, u"aboutDialog"_s, u"aboutButton"_s,
+        remark(u"about"_s, u"aboutDialog"_s, u"aboutDialogButton"_s,
                [](AllWindows &p) { p.item(u"actAbout"_s)->trigger(); }),
     };
 }
