@@ -2,6 +2,7 @@
 #include "messages/FirstSeenMemory.h"
 
 #include "messages/CalendarText.h"
+#include "platform/PropertyListWriter.h"
 #include "platform/UserDefaults.h"
 
 #include <algorithm>
@@ -64,10 +65,13 @@ bool FirstSeenMemory::storeChanges()
         const std::lock_guard lock(mutex_);
         if (!hasChanged_)
             return false;
-        stored.reserve(noDateMessages_.size());
-        for (const Entry &entry : noDateMessages_)
+        const std::size_t first = firstStored();
+        stored.reserve(noDateMessages_.size() - first);
+        for (std::size_t place = first; place < noDateMessages_.size(); ++place) {
+            const Entry &entry = noDateMessages_[place];
             stored.emplace_back(
                 PropertyDictionary{{headlineKey, entry.headline}, {dateKey, entry.date}});
+        }
         hasChanged_ = false;
     }
     defaults_.setArray(std::move(stored), storeKey);
@@ -85,6 +89,21 @@ void FirstSeenMemory::append(const QString &headline, const QString &date, Clock
     noDateMessages_.push_back({headline, date});
     addToIndex(noDateMessages_.size() - 1, now);
     hasChanged_ = true;
+}
+
+std::size_t FirstSeenMemory::firstStored() const
+{
+    constexpr qint64 bytesBesideTexts = 200; // tags, keys and indentation of one entry
+    qint64 bytes = 0;
+    std::size_t place = noDateMessages_.size();
+    for (; place > 0; --place) {
+        const Entry &entry = noDateMessages_[place - 1];
+        bytes += bytesBesideTexts + PropertyListWriter::mostBytesOf(entry.headline) +
+                 PropertyListWriter::mostBytesOf(entry.date);
+        if (bytes > firstSeenBytes)
+            break;
+    }
+    return place;
 }
 
 // A clock that was set back counts too: a first-seen time that lies ahead is taken for last year's.

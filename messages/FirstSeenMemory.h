@@ -13,6 +13,9 @@ namespace qovelmor {
 
 class UserDefaults;
 
+/// What first-seen times may take of the store's file: those of some 25,000 headlines.
+constexpr qint64 firstSeenBytes = 8 * 1024 * 1024;
+
 /// When headlines that came without a date were first seen.
 ///
 /// A question is answered from memory at once, also while a table cell is drawn; what it has
@@ -39,12 +42,15 @@ public:
     QString dateStringWithMessage(const QString &headline);
 
     /// Puts what has changed into the store, which is not yet made durable; false when nothing has.
+    /// Of more than firstSeenBytes the newest headlines are stored: no feed may make the file with
+    /// the user's lists too large to be saved.
     bool storeChanges();
 
     std::vector<Entry> noDateMessages() const;
 
 private:
     void append(const QString &headline, const QString &date, Clock::CalendarTime now);
+    std::size_t firstStored() const;
     bool isForgettingDue(Clock::CalendarTime now) const;
     void forgetTooOld(Clock::CalendarTime now);
     void resetIndex();

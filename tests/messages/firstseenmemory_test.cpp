@@ -73,6 +73,28 @@ class FirstSeenMemoryTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    // The user's lists stand in the same file.
+    void headlinesOfAnySize_leaveTheStoreSavable()
+    {
+        MemoryHouse house;
+        house.memory.dateStringWithMessage(u"old"_s);
+        for (int i = 0; i < 80; ++i)
+            house.memory.dateStringWithMessage(QString::number(i) + QString(1'000'000, u'x'));
+        for (int i = 0; i < 1000; ++i)
+            house.memory.dateStringWithMessage(u"new %1"_s.arg(i));
+        QVERIFY(house.memory.storeChanges());
+        QVERIFY(house.defaults.synchronize());
+        QVERIFY(QFileInfo(house.defaults.path()).size() <= firstSeenBytes + 500);
+        QCOMPARE(house.memory.noDateMessages().size(), std::size_t(1081));
+
+        FirstSeenMemory next(house.clock, house.defaults);
+        next.load();
+        const auto kept = next.noDateMessages(); // the newest, in their order
+        QCOMPARE(kept.size(), std::size_t(1008));
+        QVERIFY(kept.front().headline.startsWith(u"72x"_s));
+        QCOMPARE(kept.back().headline, u"new 999"_s);
+    }
+
     void firstQuestionIsTheFirstSight()
     {
         MemoryHouse house;
