@@ -149,8 +149,9 @@ void SerialFaultsTest::unplugOnce(const Unplug &unplug)
     system->setPortLoss(&log);
     if (unplug.moment != Moment::Opening)
         QVERIFY(system->openSerialPortWithNumber(0));
+    // A machine that is busy for longer than the short time-out is no fault of the line.
     if (unplug.moment == Moment::Idle)
-        QCOMPARE(system->sc_mode(), 1);
+        QTRY_COMPARE(system->sc_mode(), 1);
 
     const auto start = steady_clock::now();
     std::atomic<steady_clock::duration> back{steady_clock::duration::max()};
@@ -189,7 +190,7 @@ void SerialFaultsTest::unplugOnce(const Unplug &unplug)
         system->sc_mode(); // finds out, if nobody has yet
     if (system && system->isPortOpen()) {
         QVERIFY(unplug.returns != Return::OtherName || unplug.moment == Moment::Opening);
-        QCOMPARE(system->sc_mode(), 1);
+        QTRY_COMPARE(system->sc_mode(), 1);
         ++healedPorts_;
     }
     const int lost = static_cast<int>(log.lines().filter(u"lost "_s).size());
@@ -336,15 +337,16 @@ void SerialFaultsTest::exchangesInSimulatedTime()
     QVERIFY(b.log.lines().filter(u"lost "_s).isEmpty());
 }
 
-// More noise than the queue holds, and behind it an answer that nobody has read.
+// More noise than the queue takes twice, and behind it an answer that nobody has read.
 void SerialFaultsTest::oldAnswerBehindAFullQueue_isNotTheQuestions()
 {
     WireBench b([](const QByteArray &line) -> QList<SimulatedWire::Piece> {
         if (line == "sc_clear")
-            return {{QByteArray(9'000, '~')}, {"\r\nD 999\r\nOk.\r\n"}};
+            return {{QByteArray(20'000, '~'), 300ms}, {"\r\nD 999\r\nOk.\r\n"}};
         return {{line + "\r\nD 1\r\nOk.\r\n"}};
     });
     b.system.sc_clear();
+    b.system.settle(); // gives the answer up
     b.letAllArrive();
     QCOMPARE(b.system.sc_mode(), 1);
     QVERIFY(b.log.lines().isEmpty());
