@@ -448,7 +448,7 @@ void BoardExchangeTest::lostPort_isToldWithoutTheLock()
     {
     public:
         explicit AskingListener(VelmorSystem &system) : system_(system) {}
-        ~AskingListener()
+        ~AskingListener() override
         {
             if (asker_.joinable())
                 asker_.join();
