@@ -213,20 +213,19 @@ RSSTimer::TimerList::iterator RSSTimer::find(const std::weak_ptr<TMRData> &timer
 
 // The dialog. ---------------------------------------------------------------------------------
 
-void RSSTimer::actCreateTimer()
+void RSSTimer::timerDialog(DialogMode mode)
 {
-    isNewTimer_ = true;
-    window_->openDialog(localized(u"New Timer"_s), TimerDraft());
-}
-
-void RSSTimer::actEditTimer()
-{
+    if (mode == DialogMode::NewTimer) {
+        dialogMode_ = mode;
+        window_->openDialog(localized(u"New Timer"_s), TimerDraft());
+        return;
+    }
     const std::shared_ptr<TMRData> timer = selectedTimer();
     if (!timer) {
         systemLog(logSchedule(), u"timerDialog: index error"_s);
         return;
     }
-    isNewTimer_ = false;
+    dialogMode_ = mode;
     edited_ = timer;
     window_->openDialog(localized(u"Edit Timer"_s), draftFrom(*timer));
 }
@@ -235,7 +234,7 @@ void RSSTimer::actEditExecute(const TimerDraft &draft)
 {
     // Making a timer cannot fail here, so there is no "timer is nil" to report.
     auto timer = std::make_shared<TMRData>(timerFrom(draft));
-    if (isNewTimer_) {
+    if (dialogMode_ == DialogMode::NewTimer) {
         const int row = window_->selectedRow();
         const bool isInside = row >= 0 && row < static_cast<int>(timerList_.size());
         timerList_.insert(isInside ? timerList_.begin() + row : timerList_.end(), timer);
@@ -252,6 +251,11 @@ void RSSTimer::actDeleteTimer()
     if (!timer)
         return;
     deleted_ = timer;
+    deleteTimerAlert();
+}
+
+void RSSTimer::deleteTimerAlert()
+{
     window_->openDeleteAlert({localized(u"DeleteTimer"_s), localized(u"DeleteTimerInfo"_s),
                               localized(u"Delete"_s), u"Cancel"_s});
 }

@@ -78,12 +78,17 @@ public:
 
     // The dialog. -------------------------------------------------------------------------------
 
-    void actCreateTimer();
-    void actEditTimer();
+    enum class DialogMode { NewTimer, EditTimer };
+    /// Opens the dialog: empty, or with the selected timer, without which it does not open.
+    void timerDialog(DialogMode mode);
+    void actCreateTimer() { timerDialog(DialogMode::NewTimer); }
+    void actEditTimer() { timerDialog(DialogMode::EditTimer); }
     void actDoubleClickTimerView() { actEditTimer(); }
     void actEditExecute(const TimerDraft &draft);
     void actEditCancel() { window_->closeDialog(); }
+    /// Asks whether the selected timer is meant to go.
     void actDeleteTimer();
+    void deleteTimerAlert();
     /// The confirmation's answer.
     void deleteTimerAnswered(bool isDeletion);
 
@@ -107,7 +112,7 @@ private:
     MinuteRule rule_;
 
     // A dialog may stay open while the list changes: what it acts on is known by identity.
-    bool isNewTimer_ = true;
+    DialogMode dialogMode_ = DialogMode::NewTimer;
     std::weak_ptr<TMRData> edited_;
     std::weak_ptr<TMRData> deleted_;
 };
