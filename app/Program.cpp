@@ -162,7 +162,9 @@ int Program::run()
 
 void Program::launch()
 {
-    control_.applicationDidFinishLaunching(isOptionKeyHeld());
+    control_.applicationDidFinishLaunching(isOptionKeyHeld);
+    if (clock_.sleepsEnded())
+        return; // asked to quit meanwhile
     if (!defaults_.openReport().message.isEmpty())
         mainWindow_->showNotice(defaults_.openReport().message);
     if (commandLine_.once)

@@ -41,7 +41,10 @@ void ScheduleActions::actStartDisp()
 
 void ScheduleActions::setTempReader(const QString &address)
 {
+    // The feed's name is fetched: what arrives meanwhile waits, as during the read that follows.
+    control_->listChangeStarts();
     rssList_->setTempReader(address);
+    control_->listChangeEnds();
 }
 
 void ScheduleActions::writeTimerStartLog(const QString &address)

@@ -81,8 +81,34 @@ void VelmorRSS::setWindow(AppWindow &window)
 
 // Life of the program. ----------------------------------------------------------------------------
 
-void VelmorRSS::applicationDidFinishLaunching(bool optionKeyHeld)
+void VelmorRSS::applicationDidFinishLaunching(const std::function<bool()> &isOptionKeyHeld)
 {
+    bringPartsUp();
+    if (services_.clock.sleepsEnded())
+        return; // asked to quit meanwhile: that was noted and comes next
+    window_->showMainWindow();
+
+    controllers_.msgList.writeStringLog(u"QoVelmarRSS開始"_s);
+    window_->selectTab(tab::list);
+    // Also when that is the tab with which the window begins.
+    tabViewDidSelectTabViewItem(tab::list);
+    window_->createMenus();
+    controllers_.setup.setUseNarrowFont(controllers_.setup.useNarrowFont());
+    if (services_.defaults.integerForKey(ledButtonStateKey) == 1)
+        actDrawerButton();
+    chooseOutput();
+    renewControls();
+    if (controllers_.setup.dispAuto() && !isOptionKeyHeld()) {
+        startReadRSS();
+        tabSetAndStartDispRSS();
+    }
+}
+
+// The names of new feeds are fetched here, which may take minutes. Nothing else may begin before
+// every list has been read.
+void VelmorRSS::bringPartsUp()
+{
+    const BusyScope busy(*this);
     window_->showStartupWindow();
     // The settings come first because the others read them.
     controllers_.setup.awakeFromNibx();
@@ -91,22 +117,6 @@ void VelmorRSS::applicationDidFinishLaunching(bool optionKeyHeld)
     controllers_.msgList.awakeFromNibx();
     controllers_.rssTimer.awakeFromNibx();
     window_->closeStartupWindow();
-    window_->showMainWindow();
-
-    controllers_.msgList.writeStringLog(u"QoVelmarRSS開始"_s);
-    window_->selectTab(tab::list);
-    tabViewDidSelectTabViewItem(
-        tab::list); // also when that is the tab with which the window begins
-    window_->createMenus();
-    controllers_.setup.setUseNarrowFont(controllers_.setup.useNarrowFont());
-    if (services_.defaults.integerForKey(ledButtonStateKey) == 1)
-        actDrawerButton();
-    chooseOutput();
-    renewControls();
-    if (controllers_.setup.dispAuto() && !optionKeyHeld) {
-        startReadRSS();
-        tabSetAndStartDispRSS();
-    }
 }
 
 void VelmorRSS::awakeFromNibx()
@@ -128,7 +138,9 @@ void VelmorRSS::chooseOutput()
         if (!window_->isLEDWindowVisible())
             openLEDWindow();
     } else {
+        // The state of the last session may just have opened it.
         window_->closeLEDWindow();
+        window_->setDrawerButton(false);
     }
 }
 

@@ -62,9 +62,9 @@ public:
 
     // Life of the program. ----------------------------------------------------------------------
 
-    /// Brings everything up in the order that the parts need. `optionKeyHeld` suppresses the
-    /// automatic start.
-    void applicationDidFinishLaunching(bool optionKeyHeld);
+    /// Brings everything up in the order that the parts need. `isOptionKeyHeld` is asked when all
+    /// is there and the display is to start by itself; yes suppresses that.
+    void applicationDidFinishLaunching(const std::function<bool()> &isOptionKeyHeld);
     void applicationWillTerminate();
     /// A click on the tray icon: shows the main window, or hides it.
     bool applicationShouldHandleReopen();
@@ -157,6 +157,7 @@ private:
     void displayStopped() override;
     void controlsChanged() override { renewControls(); }
 
+    void bringPartsUp();
     void awakeFromNibx();
     void chooseOutput();
     void openLEDWindow();

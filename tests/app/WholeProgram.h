@@ -294,9 +294,9 @@ struct WholeProgram
         defaults.setArray(std::move(sites), QStringLiteral("RSSSiteAddresses"));
     }
 
-    void launch(bool optionKeyHeld = false)
+    void launch(const std::function<bool()> &isOptionKeyHeld = [] { return false; })
     {
-        control.applicationDidFinishLaunching(optionKeyHeld);
+        control.applicationDidFinishLaunching(isOptionKeyHeld);
         mainThread.drain();
     }
 

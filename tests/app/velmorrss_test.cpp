@@ -30,6 +30,7 @@ private Q_SLOTS:
     void launch_bringsEverythingUpInOrder();
     void launchWithAutomaticDisplay_readsAndShows();
     void launchWithOptionHeld_startsNothing();
+    void optionPressedDuringTheLaunch_startsNothing();
     void launchWithBoard_sendsLinesThere();
     void launchWithSilentBoard_usesTheScreen();
     void launchWithoutVirtualLED_keepsTheWindowShut();
@@ -80,8 +81,24 @@ void VelmorRSSTest::launchWithOptionHeld_startsNothing()
     WholeProgram p;
     p.addFeed(feedA, {u"一"_s});
     p.defaults.setBool(true, u"DisplayAuto"_s);
-    p.launch(true);
+    p.launch([] { return true; });
     QCOMPARE(p.loader.loads.load(), 0);
+    QVERIFY(!p.control.isDisplayActive());
+}
+
+// Whoever presses the key while the names of new feeds are still fetched is in time.
+void VelmorRSSTest::optionPressedDuringTheLaunch_startsNothing()
+{
+    WholeProgram p;
+    p.loader.serve(feedA, {u"一"_s});
+    p.defaults.setArray({PropertyDictionary{{u"RSSAddressString"_s, feedA}}},
+                        u"RSSSiteAddresses"_s);
+    p.defaults.setBool(true, u"DisplayAuto"_s);
+    bool isHeld = false;
+    p.loader.onLoad = [&] { isHeld = true; };
+    p.launch([&] { return isHeld; });
+    QVERIFY(isHeld);
+    QCOMPARE(p.loader.loads.load(), 1); // its name
     QVERIFY(!p.control.isDisplayActive());
 }
 
@@ -113,8 +130,10 @@ void VelmorRSSTest::launchWithoutVirtualLED_keepsTheWindowShut()
 {
     WholeProgram p;
     p.defaults.setBool(false, u"VirtualLED"_s);
+    p.defaults.setInteger(1, u"LEDButtonState"_s); // it was open when the last session ended
     p.launch();
     QVERIFY(!p.window.ledWindowVisible);
+    QVERIFY(!p.window.drawerButton);
 }
 
 void VelmorRSSTest::storedButton_opensTheLEDWindow()
