@@ -200,9 +200,17 @@ void MainWindow::showAbout()
     Alert about{u"aboutDialog"_s,
                 localized(u"AboutText"_s).arg(QCoreApplication::applicationVersion()),
                 localized(u"AboutInfo"_s), localized(u"Understand"_s)};
-    about.windowTitle = localized(u"MenuAbout"_s).remove(u"(&A)"_s);
+    about.windowTitle = spokenText(u"MenuAbout"_s);
     about.picture = windowIcon().pixmap(64);
     openAlert(*this, about);
+}
+
+// Minimized, the window is not to be seen, and its menu item and the tray bring it back.
+void MainWindow::changeEvent(QEvent *event)
+{
+    QMainWindow::changeEvent(event);
+    if (event->type() == QEvent::WindowStateChange)
+        menu_->validateItems();
 }
 
 void MainWindow::closeEvent(QCloseEvent *event)

@@ -69,7 +69,7 @@ void MainWindow::hideMainWindow()
 
 bool MainWindow::isMainWindowVisible() const
 {
-    return isVisible();
+    return isVisible() && !isMinimized();
 }
 
 void MainWindow::selectTab(const QString &identifier)

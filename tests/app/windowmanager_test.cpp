@@ -17,6 +17,7 @@ private Q_SLOTS:
     void theMainWindowKeepsTheKeys();
     void alertOfTheSign_givesTheKeysBack();
     void minimizedWindow_comesBack();
+    void minimizedWindow_isNotToBeSeen();
     void placeIsKept();
 };
 
@@ -71,6 +72,23 @@ void WindowManagerTest::minimizedWindow_comesBack()
     p.control.secondLaunch();
     QVERIFY(QTest::qWaitForWindowActive(&p.mainWindow));
     QVERIFY(!p.mainWindow.isMinimized());
+}
+
+// A click on the tray's icon would hide what nobody sees, and the menu item would rest.
+void WindowManagerTest::minimizedWindow_isNotToBeSeen()
+{
+    WindowedProgram p;
+    p.launch();
+    QVERIFY(QTest::qWaitForWindowActive(&p.mainWindow));
+    const QAction *item = p.item(u"actOpenMainWindow"_s);
+    QVERIFY(!item->isEnabled());
+    p.mainWindow.showMinimized();
+    QTRY_VERIFY(item->isEnabled());
+    QVERIFY(!p.mainWindow.isMainWindowVisible());
+    p.control.applicationShouldHandleReopen();
+    QVERIFY(QTest::qWaitForWindowActive(&p.mainWindow));
+    QVERIFY(!p.mainWindow.isMinimized());
+    QTRY_VERIFY(!item->isEnabled());
 }
 
 void WindowManagerTest::placeIsKept()
