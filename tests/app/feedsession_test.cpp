@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "OwnHome.h"
 #include "app/CommandLine.h"
 #include "app/Program.h"
 #include "feeds/AddressFile.h"
@@ -15,15 +16,22 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTableView>
-#include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 
+#include <semaphore>
+
 using namespace qovelmor;
 using namespace Qt::Literals::StringLiterals;
+using namespace std::chrono_literals;
 
-/// The whole program in its windows, with a server that takes its time: what a person does with the
-/// feed list from the start to the end of a session, and what is there at the next start.
+namespace {
+constexpr auto seenLimit = 10s; // shorter than what the program waits for a server
+} // namespace
+
+/// The whole program in its windows, with a server that answers only when the windows have said
+/// what they wait for: what a person does with the feed list from the start to the end of a
+/// session, and what is there at the next start.
 class FeedSessionTest : public QObject
 {
     Q_OBJECT
@@ -33,6 +41,8 @@ private Q_SLOTS:
     void session();
 
 private:
+    void serve(const char *path, const char *title, std::counting_semaphore<> &seen);
+    void look();
     void work();
     void quit() { named<QAction>("actQuit")->trigger(); }
     QString storedAddresses() const;
@@ -65,26 +75,42 @@ private:
     }
     static QString status() { return named<QLabel>("statusText")->text(); }
 
-    QTemporaryDir home_;
+    OwnHome home_;
     HttpServer server_;
     QStringList waits_; ///< what the windows said they waited for
+    std::counting_semaphore<> firstIsSeen_{0};
+    std::counting_semaphore<> secondIsSeen_{0};
 };
 
 void FeedSessionTest::initTestCase()
 {
-    qputenv("HOME", home_.path().toUtf8());
-    qputenv("XDG_CONFIG_HOME", home_.path().toUtf8());
-    qunsetenv("QOVELMORRSS_SERIAL_DEVICES");
-    const auto slowFeed = [](const char *title) {
-        HttpServer::Reply reply =
-            HttpServer::document("<rss version='2.0'><channel><title>"_ba + title +
-                                 "</title><item><title>x</title></item></channel></rss>");
-        reply.pieceSize = reply.bytes.size() / 6;
-        reply.pause = std::chrono::milliseconds(100);
-        return reply;
-    };
-    server_.route("/first", slowFeed("はじめ"));
-    server_.route("/second", slowFeed("つぎ"));
+    serve("/first", "はじめ", firstIsSeen_);
+    serve("/second", "つぎ", secondIsSeen_);
+}
+
+void FeedSessionTest::serve(const char *path, const char *title, std::counting_semaphore<> &seen)
+{
+    const QByteArray document = "<rss version='2.0'><channel><title>"_ba + title +
+                                "</title><item><title>x</title></item></channel></rss>";
+    server_.route(path, [document, &seen](const HttpServer::Request &) {
+        [[maybe_unused]] const bool isSeen = seen.try_acquire_for(seenLimit);
+        return HttpServer::document(document);
+    });
+}
+
+void FeedSessionTest::look()
+{
+    if (window("startupWindow")) {
+        waits_ << u"start: "_s + named<QLabel>("accessField")->text();
+        if (waits_.last().endsWith(u"/first"_s))
+            firstIsSeen_.release();
+    }
+    if (window("addressPanel")) {
+        waits_ << u"dialog: "_s + named<QLabel>("addressWaitText")->text()
+               << u"line: "_s + status();
+        if (waits_.last().contains(u"/second"_s))
+            secondIsSeen_.release();
+    }
 }
 
 QString FeedSessionTest::storedAddresses() const
@@ -102,21 +128,11 @@ QString FeedSessionTest::storedAddresses() const
 
 void FeedSessionTest::session()
 {
-    {
-        UserDefaults store(UserDefaults::defaultPath());
-        store.setArray({PropertyDictionary{{u"RSSAddressString"_s, server_.address("/first")}}},
-                       u"RSSSiteAddresses"_s);
-        QVERIFY(store.synchronize());
-    }
+    const PropertyDictionary first{{u"RSSAddressString"_s, server_.address("/first")}};
+    QVERIFY(home_.writeProfile({{u"RSSSiteAddresses"_s, PropertyArray{first}}}));
     Program program(CommandLine{});
     QTimer watch;
-    connect(&watch, &QTimer::timeout, this, [&] {
-        if (window("startupWindow"))
-            waits_ << u"start: "_s + named<QLabel>("accessField")->text();
-        if (window("addressPanel"))
-            waits_ << u"dialog: "_s + named<QLabel>("addressWaitText")->text()
-                   << u"line: "_s + status();
-    });
+    connect(&watch, &QTimer::timeout, this, &FeedSessionTest::look);
     watch.start(20);
     QTimer begin;
     connect(&begin, &QTimer::timeout, this, [&] {

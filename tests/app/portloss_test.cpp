@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "OwnHome.h"
 #include "app/CommandLine.h"
 #include "app/Program.h"
 #include "platform/TextEncoding.h"
@@ -10,7 +11,6 @@
 #include <QApplication>
 #include <QMessageBox>
 #include <QPushButton>
-#include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 
@@ -55,52 +55,26 @@ std::unique_ptr<SimulatedBoard> makeBoard()
     return board;
 }
 
-/// A home of its own for the program in this process.
-class Home
+PropertyDictionary profile(const QString &feed, bool displays)
 {
-public:
-    Home()
-    {
-        qputenv("HOME", folder_.path().toUtf8());
-        qputenv("XDG_CONFIG_HOME", folder_.filePath(u"config"_s).toUtf8());
-        qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=" + folder_.filePath(u"no-bus"_s).toUtf8());
-    }
+    return {{u"LogRSSRead"_s, true},
+            {u"LogRSSDisp"_s, true},
+            {u"LogSystem"_s, true},
+            {u"DisplayAuto"_s, displays},
+            {u"DispProgress"_s, !displays},
+            {u"ComPortNumber"_s, 0}, // the board that the test gives it
+            {u"RSSSiteAddresses"_s, PropertyArray{PropertyDictionary{{u"RSSValidate"_s, true},
+                                                                     {u"RSSAddressString"_s, feed},
+                                                                     {u"RSSNameString"_s, u"町"_s},
+                                                                     {u"RSSFormat"_s, 2}}}}};
+}
 
-    void writeProfile(const QString &feed, bool displays) const
-    {
-        QFile::remove(logPath());
-        UserDefaults store(UserDefaults::defaultPath());
-        for (const auto &key : {u"LogRSSRead"_s, u"LogRSSDisp"_s, u"LogSystem"_s})
-            store.setBool(true, key);
-        store.setBool(displays, u"DisplayAuto"_s);
-        store.setBool(!displays, u"DispProgress"_s);
-        store.setInteger(0, u"ComPortNumber"_s);
-        store.setArray({PropertyDictionary{{u"RSSValidate"_s, true},
-                                           {u"RSSAddressString"_s, feed},
-                                           {u"RSSNameString"_s, u"町"_s},
-                                           {u"RSSFormat"_s, 2}}},
-                       u"RSSSiteAddresses"_s);
-        QVERIFY(store.synchronize());
-    }
-
-    QString logBook() const
-    {
-        QFile file(logPath());
-        return file.open(QIODevice::ReadOnly) ? decodeShiftJis(file.readAll()) : QString();
-    }
-
-    static bool isStoreWhole()
-    {
-        const UserDefaults store(UserDefaults::defaultPath());
-        const auto feeds = store.arrayForKey(u"RSSSiteAddresses"_s);
-        return !store.openReport().wasBroken && feeds && feeds->size() == 1;
-    }
-
-private:
-    QString logPath() const { return folder_.filePath(u"Documents/QoVelmorRSS/Logbook.txt"_s); }
-
-    QTemporaryDir folder_;
-};
+bool isStoreWhole()
+{
+    const UserDefaults store(UserDefaults::defaultPath());
+    const auto feeds = store.arrayForKey(u"RSSSiteAddresses"_s);
+    return !store.openReport().wasBroken && feeds && feeds->size() == 1;
+}
 
 } // namespace
 
@@ -115,7 +89,9 @@ private Q_SLOTS:
     void lostPort_raisesOneAlertWhoseButtonEndsTheProgram();
 
 private:
-    Home home_; // the program looks for its home once in a process
+    QString logBook() const;
+
+    OwnHome home_;
     HttpServer server_;
 };
 
@@ -127,6 +103,12 @@ void PortLossTest::initTestCase()
                                "<link>http://town/</link><description>町</description>"
                                "<pubDate>Sat, 21 Nov 2026 09:30:00 +0900</pubDate></item>"
                                "</channel></rss>"_s.toUtf8()));
+}
+
+QString PortLossTest::logBook() const
+{
+    QFile file(home_.logPath());
+    return file.open(QIODevice::ReadOnly) ? decodeShiftJis(file.readAll()) : QString();
 }
 
 void PortLossTest::lostPort_raisesOneAlertWhoseButtonEndsTheProgram_data()
@@ -141,7 +123,8 @@ void PortLossTest::lostPort_raisesOneAlertWhoseButtonEndsTheProgram()
     QFETCH(bool, displays);
     const auto board = makeBoard();
     QVERIFY(board);
-    home_.writeProfile(server_.address("/town"), displays);
+    QFile::remove(home_.logPath());
+    QVERIFY(home_.writeProfile(profile(server_.address("/town"), displays)));
     qputenv("QOVELMORRSS_SERIAL_DEVICES", QByteArray::fromStdString(board->path()));
 
     StdoutCapture out;
@@ -154,7 +137,7 @@ void PortLossTest::lostPort_raisesOneAlertWhoseButtonEndsTheProgram()
     connect(&driver, &QTimer::timeout, this, [&] {
         const BoardView view = board->view();
         const bool reached = displays ? view.mode == DisplayMode::Scrolling
-                                      : home_.logBook().contains(u"QoVelmarRSS開始"_s);
+                                      : logBook().contains(u"QoVelmarRSS開始"_s);
         if (!hungUp && reached) {
             hungUp = true;
             board->hangUp();
@@ -185,14 +168,13 @@ void PortLossTest::lostPort_raisesOneAlertWhoseButtonEndsTheProgram()
     const int status = program.run();
     const QByteArray output = out.text();
     QVERIFY2(isInTime, "the alert's button did not end the program");
-    QVERIFY2(status == 0, qPrintable(home_.logBook()));
+    QVERIFY2(status == 0, qPrintable(logBook()));
     QCOMPARE(mostAlerts, std::size_t{1});
     QCOMPARE(said, (QStringList{u"通信ポート再開エラー"_s,
                                 u"通信ポートの再開に失敗しました。QoVelmorRSSを終了します。"_s,
                                 u"了解"_s}));
-    QVERIFY2(home_.logBook().endsWith(u" システム:QoVelmarRSS終了\n"_s),
-             qPrintable(home_.logBook()));
-    QVERIFY(Home::isStoreWhole());
+    QVERIFY2(logBook().endsWith(u" システム:QoVelmarRSS終了\n"_s), qPrintable(logBook()));
+    QVERIFY(isStoreWhole());
     QCOMPARE(output.count("Error opening serial port"), 1);
 }
 

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "OwnHome.h"
 #include "app/CommandLine.h"
 #include "app/Program.h"
 #include "platform/UserDefaults.h"
@@ -7,7 +8,6 @@
 #include <QApplication>
 #include <QSpinBox>
 #include <QTabWidget>
-#include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 
@@ -27,19 +27,6 @@ private Q_SLOTS:
 namespace {
 
 constexpr QSize timersSize(720, 380);
-
-/// The store of a first run, but without the feeds and ports that it would find.
-void writeProfile(const QTemporaryDir &home)
-{
-    qputenv("HOME", home.path().toUtf8());
-    qputenv("XDG_CONFIG_HOME", home.filePath(u"config"_s).toUtf8());
-    qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=" + home.filePath(u"no-bus"_s).toUtf8());
-    UserDefaults store(UserDefaults::defaultPath());
-    store.setArray({}, u"RSSSiteAddresses"_s);
-    store.setInteger(99, u"ComPortNumber"_s);
-    store.setInteger(5, u"ScrollSpeed"_s);
-    QVERIFY(store.synchronize());
-}
 
 QWidget *window(const QString &name)
 {
@@ -77,8 +64,8 @@ void addATimer(QWidget &main)
 
 void WindowsTest::settingsAndTimers_areReachedAndStored()
 {
-    const QTemporaryDir home;
-    writeProfile(home);
+    const OwnHome home;
+    QVERIFY(home.writeProfile({{u"ScrollSpeed"_s, 5}}));
     Program program(CommandLine{});
     QTimer driver;
     bool done = false;
