@@ -3,10 +3,8 @@
 
 #include <QDBusConnection>
 #include <QDBusUnixFileDescriptor>
-#include <QFile>
 #include <QObject>
-#include <QProcess>
-#include <QTemporaryDir>
+#include <QStringList>
 
 #include <fcntl.h>
 #include <poll.h>
@@ -15,41 +13,6 @@
 #include <list>
 
 namespace qovelmor {
-
-/// A message bus of the test's own with the rules of the machine's.
-class PrivateBus
-{
-public:
-    bool start()
-    {
-        QFile rules(folder_.filePath(QStringLiteral("bus.conf")));
-        if (!rules.open(QIODevice::WriteOnly))
-            return false;
-        rules.write(
-            "<busconfig><type>system</type><listen>unix:dir=" + folder_.path().toLocal8Bit() +
-            "</listen><auth>EXTERNAL</auth><policy context='default'>"
-            "<allow send_destination='*'/><allow receive_sender='*'/><allow own='*'/>"
-            "<allow user='*'/></policy></busconfig>");
-        rules.close();
-        daemon_.start(QStringLiteral("dbus-daemon"),
-                      {QStringLiteral("--config-file=") + rules.fileName(),
-                       QStringLiteral("--nofork"), QStringLiteral("--print-address")});
-        return daemon_.waitForStarted() && daemon_.waitForReadyRead() &&
-               !(address_ = daemon_.readLine().trimmed()).isEmpty();
-    }
-    ~PrivateBus()
-    {
-        daemon_.kill();
-        daemon_.waitForFinished();
-    }
-
-    QString address() const { return QString::fromLatin1(address_); }
-
-private:
-    QTemporaryDir folder_;
-    QProcess daemon_;
-    QByteArray address_;
-};
 
 /// What one asked the login manager for.
 struct Inhibitor

@@ -38,15 +38,10 @@ Node nodeOf(const QDBusArgument &argument)
 
 TrayDesktop::TrayDesktop()
 {
-    daemon_.start(u"dbus-daemon"_s,
-                  {u"--session"_s, u"--nofork"_s, u"--nopidfile"_s, u"--print-address"_s});
-    while (!daemon_.canReadLine() && daemon_.waitForReadyRead()) {
-    }
-    address_ = QString::fromLatin1(daemon_.readLine()).trimmed();
-    if (address_.isEmpty())
+    if (!daemon_.start())
         return;
-    bus_ =
-        std::make_unique<QDBusConnection>(QDBusConnection::connectToBus(address_, connectionName));
+    bus_ = std::make_unique<QDBusConnection>(
+        QDBusConnection::connectToBus(daemon_.address(), connectionName));
     bus_->registerObject(u"/StatusNotifierWatcher"_s, &watcher_,
                          QDBusConnection::ExportAllSlots | QDBusConnection::ExportAllProperties |
                              QDBusConnection::ExportAllSignals);
@@ -57,8 +52,6 @@ TrayDesktop::~TrayDesktop()
 {
     bus_.reset();
     QDBusConnection::disconnectFromBus(connectionName);
-    daemon_.terminate();
-    daemon_.waitForFinished();
 }
 
 QDBusMessage TrayDesktop::call(const QString &path, const QString &interface, const QString &method,
@@ -75,6 +68,24 @@ QVariant TrayDesktop::itemProperty(const QString &name) const
     const QDBusMessage answer =
         call(itemPath, u"org.freedesktop.DBus.Properties"_s, u"Get"_s, {itemInterface, name});
     return answer.arguments().value(0).value<QDBusVariant>().variant();
+}
+
+QList<QSize> TrayDesktop::itemPictures() const
+{
+    const auto pictures = itemProperty(u"IconPixmap"_s).value<QDBusArgument>();
+    QList<QSize> sizes;
+    pictures.beginArray();
+    while (!pictures.atEnd()) {
+        QSize size;
+        QByteArray pixels;
+        pictures.beginStructure();
+        pictures >> size.rwidth() >> size.rheight() >> pixels;
+        pictures.endStructure();
+        if (!size.isEmpty() && pixels.size() == 4 * size.width() * size.height())
+            sizes << size;
+    }
+    pictures.endArray();
+    return sizes;
 }
 
 QList<TrayEntry> TrayDesktop::menu() const

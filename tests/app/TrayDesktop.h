@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "tests/support/MessageBus.h"
+
 #include <QDBusConnection>
 #include <QObject>
-#include <QProcess>
+#include <QSize>
 #include <QStringList>
 #include <QVariantMap>
 
@@ -54,10 +56,12 @@ public:
     TrayDesktop &operator=(const TrayDesktop &) = delete;
 
     bool isReady() const { return bus_ && bus_->isConnected(); }
-    QString address() const { return address_; }
+    QString address() const { return daemon_.address(); }
     QStringList items() const { return watcher_.items(); }
 
     QVariant itemProperty(const QString &name) const;
+    /// The sizes in which the item brings its picture along, with all their pixels.
+    QList<QSize> itemPictures() const;
     /// The entries of the item's menu, as a panel asks for them when it opens the menu.
     QList<TrayEntry> menu() const;
     TrayEntry entry(const QString &label) const;
@@ -68,8 +72,7 @@ private:
     QDBusMessage call(const QString &path, const QString &interface, const QString &method,
                       const QVariantList &arguments) const;
 
-    QProcess daemon_;
-    QString address_;
+    MessageBus daemon_;
     std::unique_ptr<QDBusConnection> bus_;
     TrayWatcher watcher_;
 };

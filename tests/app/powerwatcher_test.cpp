@@ -2,6 +2,7 @@
 // Sleeping and waking, announced by a login manager of the test's own on a bus of its own.
 #include "LoginManager.h"
 #include "app/PowerWatcher.h"
+#include "tests/support/MessageBus.h"
 
 #include <QTest>
 
@@ -15,7 +16,7 @@ class PowerWatcherTest : public QObject
     Q_OBJECT
 
 private:
-    PrivateBus bus_;
+    MessageBus bus_;
     std::optional<LoginManager> manager_;
 
     bool isHeld() const

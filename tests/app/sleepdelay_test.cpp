@@ -4,6 +4,7 @@
 #include "LoginManager.h"
 #include "RunningProgram.h"
 #include "tests/support/HttpServer.h"
+#include "tests/support/MessageBus.h"
 #include "tests/support/ScriptedBoard.h"
 
 #include <QTest>
@@ -66,16 +67,17 @@ private:
     std::shared_future<void> gate_;
 };
 
-/// The program with a feed and a board, on a bus with a login manager.
+/// The program with a feed and a board, on a bus with a login manager. The name of a feed without
+/// one is fetched at launch.
 struct Bench
 {
-    explicit Bench(bool startsByItself) : feed(server)
+    explicit Bench(bool startsByItself, const QString &feedName = u"駅"_s) : feed(server)
     {
         if (!bus.start())
             qFatal("dbus-daemon is needed");
         login.emplace(bus.address());
         program.setVariable(u"DBUS_SYSTEM_BUS_ADDRESS"_s, bus.address());
-        program.addFeed(server.address("/feed"), u"駅"_s, 2);
+        program.addFeed(server.address("/feed"), feedName, 2);
         program.set(u"DisplayAuto"_s, startsByItself);
         program.setBoard(board.path().toStdString());
     }
@@ -106,7 +108,7 @@ struct Bench
     HttpServer server;
     SlowFeed feed;
     ScriptedBoard board;
-    PrivateBus bus;
+    MessageBus bus;
     std::optional<LoginManager> login;
     RunningProgram program;
 };
@@ -119,6 +121,7 @@ class SleepDelayTest : public QObject
 
 private Q_SLOTS:
     void sleep_isDelayedWhileTheDisplayStops();
+    void sleepDuringAReadOfTheMainThread_isDelayedToItsEnd_data();
     void sleepDuringAReadOfTheMainThread_isDelayedToItsEnd();
     void wakeBeforeTheWorkIsDone_keepsTheNewLock();
     void wakeWithoutDisplayBefore_startsNothing();
@@ -159,10 +162,18 @@ void SleepDelayTest::sleep_isDelayedWhileTheDisplayStops()
     QVERIFY(!bench.lock(1).isHeld());
 }
 
+void SleepDelayTest::sleepDuringAReadOfTheMainThread_isDelayedToItsEnd_data()
+{
+    QTest::addColumn<QString>("feedName");
+    QTest::newRow("the read of the launch") << u"駅"_s;
+    QTest::newRow("before that, the name of a new feed") << QString();
+}
+
 // At launch and for the button the main thread itself reads. Sleep waits for that too.
 void SleepDelayTest::sleepDuringAReadOfTheMainThread_isDelayedToItsEnd()
 {
-    Bench bench(true);
+    QFETCH(QString, feedName);
+    Bench bench(true, feedName);
     QVERIFY(bench.login->come());
     bench.feed.close();
     QVERIFY(bench.program.start());
