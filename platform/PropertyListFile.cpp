@@ -46,9 +46,6 @@ struct FreeMemory
 using ListNode = std::unique_ptr<void, FreeList>;
 using ListMemory = std::unique_ptr<char, FreeMemory>;
 
-// Dates of the format count from the first moment of 2001, in UTC.
-constexpr qint64 dateEpoch = 978307200;
-
 PropertyValue valueOf(plist_t node);
 
 PropertyValue integerOf(plist_t node)
@@ -63,7 +60,7 @@ PropertyValue dateOf(plist_t node)
     int32_t seconds = 0;
     int32_t microseconds = 0;
     plist_get_date_val(node, &seconds, &microseconds);
-    return QDateTime::fromSecsSinceEpoch(dateEpoch + seconds, Qt::UTC);
+    return QDateTime::fromSecsSinceEpoch(propertyListEpoch + seconds, Qt::UTC);
 }
 
 PropertyValue stringOf(plist_t node)

@@ -12,6 +12,9 @@ namespace qovelmor {
 
 /// Property lists in their XML form (the DTD "PropertyList-1.0"), from and to bytes and files.
 
+/// Dates of the format count from the first moment of 2001, in UTC.
+inline constexpr qint64 propertyListEpoch = 978'307'200;
+
 /// What a reader accepts at most. Files come from anywhere: a person drops them on a window.
 struct PropertyListLimits
 {

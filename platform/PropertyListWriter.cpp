@@ -76,10 +76,10 @@ QByteArray xmlText(const QString &text)
                                                              : escaped(text).toUtf8();
 }
 
-// The format's readers keep dates as 32 bits of seconds from the first moment of 2001.
+// The format's readers keep dates as 32 bits of seconds from the epoch on.
 QDateTime withinFormat(const QDateTime &date)
 {
-    constexpr qint64 epoch = 978307200;
+    constexpr qint64 epoch = propertyListEpoch;
     constexpr qint64 limit = 2'145'000'000; // about 68 years to both sides
     const qint64 seconds = date.isValid() ? date.toSecsSinceEpoch() : epoch;
     return QDateTime::fromSecsSinceEpoch(std::clamp(seconds, epoch - limit, epoch + limit),

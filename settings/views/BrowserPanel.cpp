@@ -42,8 +42,8 @@ BrowserPanel::BrowserPanel(const FilePanel &panel, const std::vector<BrowserEntr
     layout->addWidget(label);
     layout->addWidget(list_, 1);
     layout->addLayout(buttons);
-    select_->setDefault(
-        true); // in its dialog, which makes it so again when the focus leaves others
+    // In its dialog, which makes it so again when the focus leaves others.
+    select_->setDefault(true);
     fill(browsers);
 
     const auto takeCurrent = [this] {

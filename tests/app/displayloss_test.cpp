@@ -134,7 +134,6 @@ void DisplayLossTest::serverThatEnds_endsTheProgram()
         return;
     QVERIFY(program.isRunning());
     QVERIFY(processesOf(program.home()) > 0);
-    program.errors(); // what was said before
     const qsizetype saidBefore = program.errors().size();
 
     if (takesLeave)
