@@ -94,8 +94,8 @@ class NotingStage final : public ScrollStage
 public:
     NotingStage(Times &begun, Clock &clock) : begun_(begun), clock_(clock) {}
     int scrollSpeed() const override { return 3; }
-    int waitBefore() override { return 0; }
-    int waitAfter() override { return 0; }
+    int waitBeforeInterval() override { return 0; }
+    int waitAfterInterval() override { return 0; }
     bool drawStep(int offset) override
     {
         begun_.push_back(clock_.steadyNow().time_since_epoch());
