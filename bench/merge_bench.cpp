@@ -3,6 +3,7 @@
 // What a read costs behind the network: gather, order, remove duplicates, mark, and store durably.
 #include "messages/MergeRules.h"
 #include "messages/RandomInsertion.h"
+#include "messages/RememberedMessages.h"
 #include "platform/UserDefaults.h"
 
 #include <QTemporaryDir>
@@ -104,7 +105,8 @@ void mergeAndStore(benchmark::State &state)
         MessageVector list = merged(all);
         finish(list, previous);
         defaults.removeKey(u"LastRSSMessages"_s); // so that each turn has something to write
-        defaults.setArray(toArray(list), u"LastRSSMessages"_s);
+        const auto shortened = shortenedForStore(list, rememberedBytes(list.size()));
+        defaults.setArray(toArray(shortened ? *shortened : list), u"LastRSSMessages"_s);
         if (!defaults.synchronize())
             state.SkipWithError("the store could not be written");
     }

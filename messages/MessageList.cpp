@@ -172,7 +172,7 @@ void MessageList::keep(ReadOutcome outcome)
 // One durable write for the whole read, first-seen times included.
 bool MessageList::storeMessages(const MessageVector &messages)
 {
-    const auto shortened = shortenedForStore(messages);
+    const auto shortened = shortenedForStore(messages, rememberedBytes(messages.size()));
     if (shortened && !std::exchange(isShorteningSaid_, true)) {
         systemLog(
             logMessages(),

@@ -12,7 +12,7 @@ namespace qovelmor {
 
 namespace {
 
-constexpr qint64 bytesBesideTexts = 400; // tags, keys and indentation of one message
+constexpr qint64 bytesBesideTexts = 320; // tags, keys and indentation of one message
 constexpr qsizetype whole = std::numeric_limits<qsizetype>::max();
 
 /// Characters that are left of one text.
@@ -24,8 +24,8 @@ struct Lengths
 
 constexpr std::array steps = {
     Lengths{whole, whole}, Lengths{65'536, whole}, Lengths{16'384, whole}, Lengths{4096, whole},
-    Lengths{1024, whole},  Lengths{256, whole},    Lengths{64, 16'384},    Lengths{64, 4096},
-    Lengths{64, 1024},     Lengths{64, 256},
+    Lengths{1024, whole},  Lengths{256, whole},    Lengths{64, whole},     Lengths{16, whole},
+    Lengths{16, 16'384},   Lengths{16, 4096},      Lengths{16, 1024},      Lengths{16, 256},
 };
 
 qint64 storedBytes(const QString &text, qsizetype length)

@@ -18,7 +18,7 @@ inline constexpr qint64 propertyListEpoch = 978'307'200;
 /// What a reader accepts at most. Files come from anywhere: a person drops them on a window.
 struct PropertyListLimits
 {
-    qint64 bytes = 64 * 1024 * 1024;
+    qint64 bytes = 96 * 1024 * 1024;
     int depth = 64;
     int elements = 4'000'000;
 };

@@ -38,6 +38,15 @@ private Q_SLOTS:
         QVERIFY(!shortenedForStore({message(u"h"_s, QString(99'000, u'd'))}, limit));
     }
 
+    void ordinaryListsAreRememberedWhole()
+    {
+        const MessageVector list =
+            messages(100'000, message(QString(30, u'見'), QString(72, u'本')));
+        QVERIFY(!shortenedForStore(list, rememberedBytes(list.size())));
+        const auto bytes = writePropertyList(PropertyDictionary{{u"Key"_s, toArray(list)}});
+        QVERIFY(bytes && bytes->size() <= rememberedBytes(list.size()));
+    }
+
     void onlyLongDescriptionsAreCut()
     {
         MessageVector list = messages(50, message(u"h"_s, QString(70'000, u'd')));

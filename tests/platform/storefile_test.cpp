@@ -145,7 +145,7 @@ private Q_SLOTS:
         saveTwice();
         StoreFile file(path_, FileCalls::system());
         file.load();
-        QCOMPARE(file.save({{u"huge"_s, QString(70 * 1024 * 1024, u'x')}}), EFBIG);
+        QCOMPARE(file.save({{u"huge"_s, QString(100 * 1024 * 1024, u'x')}}), EFBIG);
         QVERIFY(load().values == generation(2));
     }
 
